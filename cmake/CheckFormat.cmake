@@ -1,0 +1,15 @@
+cmake_minimum_required(VERSION 3.25)
+# ctest runs this: cmake -DROOT=<source dir> -DCLANG_FORMAT=<program> -P CheckFormat.cmake
+# Fails if clang-format would change a source.
+set(files "")
+foreach(folder store study platform app txtEdit forms tests bench fuzz assets samples)
+  file(GLOB_RECURSE found ${ROOT}/${folder}/*.h ${ROOT}/${folder}/*.cpp)
+  list(APPEND files ${found})
+endforeach()
+if(NOT files)
+  message(FATAL_ERROR "format check found no sources below '${ROOT}'")
+endif()
+execute_process(COMMAND ${CLANG_FORMAT} --dry-run -Werror ${files} RESULT_VARIABLE result)
+if(NOT result EQUAL 0)
+  message(FATAL_ERROR "clang-format would change the lines above")
+endif()
