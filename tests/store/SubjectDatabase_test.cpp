@@ -1,0 +1,436 @@
+#include "StoreTest.h"
+#include "store/Schema.h"
+
+#include <array>
+#include <csignal>
+#include <initializer_list>
+#include <random>
+#include <sqlite3.h>
+#include <sys/stat.h>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+class OpeningAFile : public StoreTest
+{
+protected:
+    static constexpr const char *topicsTable = "CREATE TABLE Topics (\"Index\" INTEGER PRIMARY KEY, Name, Notes);";
+    static constexpr const char *cardsTable =
+        "CREATE TABLE FlashCards (\"Index\" INTEGER PRIMARY KEY, NIndex, Front, Back, Marked, Shuffle, isTrueFalse, "
+        "isFront, Answer, Wrong1, Wrong2);";
+
+    struct FileState
+    {
+        std::string bytes;
+        ::timespec modified;
+        std::vector<std::string> neighbours;
+    };
+
+    [[nodiscard]] FileState state() const
+    {
+        struct stat status = {};
+        ::stat(path.c_str(), &status);
+        return {bytesOf(path), status.st_mtim, filesInFolder()};
+    }
+
+    void expectUntouched(const FileState &before) const
+    {
+        const FileState after = state();
+        EXPECT_TRUE(after.bytes == before.bytes) << "the file was changed";
+        EXPECT_EQ(after.modified.tv_sec, before.modified.tv_sec);
+        EXPECT_EQ(after.modified.tv_nsec, before.modified.tv_nsec);
+        EXPECT_EQ(after.neighbours, before.neighbours);
+    }
+
+    void createForeign(const std::string &sql) const
+    {
+        otherProgram(SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE).exec(sql);
+    }
+
+    // Runs \p sql in a process that is killed, so that the engine leaves its side files.
+    void killAfter(const std::string &sql) const
+    {
+        const ::pid_t child = ::fork();
+        if (child == 0) {
+            SQLite::Database other = otherProgram(SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
+            other.exec(sql);
+            ::raise(SIGKILL);
+        }
+        ::waitpid(child, nullptr, 0);
+    }
+
+    [[nodiscard]] int countCards() const { return SubjectStore(path).openRecordSet(cardsOfTopic(1)).recordCount(); }
+};
+
+using ARefusedFile = OpeningAFile;
+
+TEST_F(ARefusedFile, IsNotFoundAndNotCreated)
+{
+    EXPECT_STORE_ERROR(NotFound, SubjectStore(path));
+    EXPECT_STORE_ERROR(NotFound, SubjectStore(folder / "missing" / "Subject.crl"));
+    EXPECT_STORE_ERROR(NotFound, SubjectStore(fs::path()));
+    EXPECT_EQ(filesInFolder(), std::vector<std::string>());
+}
+
+TEST_F(ARefusedFile, IsNotFoundBehindADeadLink)
+{
+    fs::create_symlink(folder / "missing.crl", path);
+    EXPECT_STORE_ERROR(NotFound, SubjectStore(path));
+}
+
+TEST_F(ARefusedFile, IsAFolder)
+{
+    EXPECT_STORE_ERROR(NotAFile, SubjectStore(folder));
+}
+
+TEST_F(ARefusedFile, IsADevice)
+{
+    EXPECT_STORE_ERROR(NotAFile, SubjectStore("/dev/null"));
+    ASSERT_EQ(::mkfifo(path.c_str(), 0600), 0);
+    EXPECT_STORE_ERROR(NotAFile, SubjectStore(path));
+}
+
+TEST_F(ARefusedFile, IsEmpty)
+{
+    writeBytes(path, "");
+    const FileState before = state();
+    EXPECT_STORE_ERROR(EmptyFile, SubjectStore(path));
+    expectUntouched(before);
+}
+
+TEST_F(ARefusedFile, IsRandom)
+{
+    std::mt19937 random(7);
+    for (const std::size_t size : std::initializer_list<std::size_t>{1, 15, 16, 99, 100, 511, 512, 4096, 100'000}) {
+        std::string bytes(size, '\0');
+        for (char &byte : bytes)
+            byte = static_cast<char>(random());
+        writeBytes(path, bytes);
+        const FileState before = state();
+        EXPECT_STORE_ERROR(NotASubject, SubjectStore(path)) << size;
+        expectUntouched(before);
+    }
+}
+
+TEST_F(ARefusedFile, IsADatabaseOfAnotherProgram)
+{
+    createForeign("CREATE TABLE Bookmarks (Url TEXT); INSERT INTO Bookmarks VALUES ('a')");
+    const FileState before = state();
+    EXPECT_STORE_ERROR(NotASubject, SubjectStore(path));
+    expectUntouched(before);
+}
+
+TEST_F(ARefusedFile, IsADatabaseWithoutTables)
+{
+    createForeign("PRAGMA user_version = 5");
+    const FileState before = state();
+    EXPECT_STORE_ERROR(NotASubject, SubjectStore(path));
+    expectUntouched(before);
+}
+
+TEST_F(ARefusedFile, HasOneOfTheTablesOnly)
+{
+    createForeign(topicsTable);
+    EXPECT_STORE_ERROR(NotASubject, SubjectStore(path));
+    fs::remove(path);
+    createForeign(cardsTable);
+    EXPECT_STORE_ERROR(NotASubject, SubjectStore(path));
+}
+
+TEST_F(ARefusedFile, HasTheFieldsInAnotherOrder)
+{
+    createForeign(std::string(cardsTable) + "CREATE TABLE Topics (\"Index\" INTEGER PRIMARY KEY, Notes, Name)");
+    EXPECT_STORE_ERROR(NotASubject, SubjectStore(path));
+}
+
+TEST_F(ARefusedFile, LacksTheLastField)
+{
+    createForeign(std::string(cardsTable) + "CREATE TABLE Topics (\"Index\" INTEGER PRIMARY KEY, Name)");
+    EXPECT_STORE_ERROR(NotASubject, SubjectStore(path));
+}
+
+TEST_F(ARefusedFile, HasViewsInsteadOfTables)
+{
+    createForeign(std::string(cardsTable) + "CREATE VIEW Topics AS SELECT 1 AS \"Index\", 2 AS Name, 3 AS Notes");
+    EXPECT_STORE_ERROR(NotASubject, SubjectStore(path));
+}
+
+TEST_F(ARefusedFile, IsNewerThanTheProgram)
+{
+    createCards(1);
+    otherProgram().exec("PRAGMA user_version = " + std::to_string(subjectSchemaVersion + 1));
+    const FileState before = state();
+    EXPECT_STORE_ERROR(TooNew, SubjectStore(path));
+    expectUntouched(before);
+}
+
+TEST_F(ARefusedFile, IsTruncated)
+{
+    createCards(200);
+    const std::string whole = bytesOf(path);
+    ASSERT_GT(whole.size(), 8192U);
+    for (const std::size_t size :
+         {std::size_t{1}, std::size_t{15}, std::size_t{16}, std::size_t{60}, std::size_t{99}, std::size_t{100},
+          std::size_t{512}, std::size_t{4095}, std::size_t{4096}, std::size_t{5000}, whole.size() / 2,
+          whole.size() - 4096, whole.size() - 100, whole.size() - 1}) {
+        writeBytes(path, whole.substr(0, size));
+        const FileState before = state();
+        if (size <= 16)
+            EXPECT_STORE_ERROR(NotASubject, SubjectStore(path)) << size;
+        else
+            EXPECT_STORE_ERROR(Damaged, SubjectStore(path)) << size;
+        expectUntouched(before);
+    }
+    writeBytes(path, whole);
+    EXPECT_EQ(countCards(), 200);
+}
+
+TEST_F(ARefusedFile, HasADamagedSchema)
+{
+    createCards(1);
+    std::string bytes = bytesOf(path);
+    bytes.replace(100, 8, 8, '\xff');
+    writeBytes(path, bytes);
+    const FileState before = state();
+    EXPECT_STORE_ERROR(Damaged, SubjectStore(path));
+    expectUntouched(before);
+}
+
+TEST_F(ARefusedFile, MayNotBeRead)
+{
+    createCards(1);
+    fs::permissions(path, fs::perms(0222));
+    fs::permissions(folder, fs::perms(0777));
+    EXPECT_STORE_ERROR_AS_NOBODY(NoPermission, SubjectStore(path));
+}
+
+TEST_F(ARefusedFile, LiesInAFolderThatMayNotBeEntered)
+{
+    createCards(1);
+    fs::permissions(folder, fs::perms(0600));
+    if (::geteuid() != 0) fs::permissions(folder, fs::perms::none);
+    EXPECT_STORE_ERROR_AS_NOBODY(NoPermission, SubjectStore(path));
+}
+
+TEST_F(ARefusedFile, MayNotBeWritten)
+{
+    createCards(1);
+    fs::permissions(path, fs::perms(0444));
+    fs::permissions(folder, fs::perms(0777));
+    const FileState before = state();
+    EXPECT_STORE_ERROR_AS_NOBODY(ReadOnly, SubjectStore(path));
+    expectUntouched(before);
+}
+
+TEST_F(ARefusedFile, LiesInAFolderInWhichNoJournalCanBeMade)
+{
+    createCards(1);
+    fs::permissions(path, fs::perms(0666));
+    fs::permissions(folder, fs::perms(0555));
+    const FileState before = state();
+    EXPECT_STORE_ERROR_AS_NOBODY(ReadOnly, SubjectStore(path));
+    expectUntouched(before);
+}
+
+TEST_F(ARefusedFile, IsALinkIntoAFolderInWhichNoJournalCanBeMade)
+{
+    const fs::path guarded = folder / "guarded";
+    fs::create_directory(guarded);
+    path = guarded / "Subject.crl";
+    createCards(1);
+    fs::permissions(path, fs::perms(0666));
+    fs::permissions(guarded, fs::perms(0555));
+    fs::permissions(folder, fs::perms(0777));
+    fs::create_symlink(path, folder / "Link.crl");
+    EXPECT_STORE_ERROR_AS_NOBODY(ReadOnly, SubjectStore(folder / "Link.crl"));
+    fs::permissions(guarded, fs::perms(0777));
+    EXPECT_EQ(reasonAsNobody([&] { SubjectStore store(folder / "Link.crl"); }), -1);
+}
+
+TEST_F(ARefusedFile, OfAnotherProgramKeepsItsWriteAheadLog)
+{
+    createForeign("PRAGMA journal_mode = WAL; CREATE TABLE Bookmarks (Url TEXT)");
+    const FileState closed = state();
+    EXPECT_STORE_ERROR(NotASubject, SubjectStore(path));
+    expectUntouched(closed);
+
+    killAfter("INSERT INTO Bookmarks VALUES ('a')");
+    const FileState killed = state();
+    ASSERT_EQ(killed.neighbours, (std::vector<std::string>{"Subject.crl", "Subject.crl-shm", "Subject.crl-wal"}));
+    const std::string log = bytesOf(path.string() + "-wal");
+    EXPECT_STORE_ERROR(NotASubject, SubjectStore(path));
+    expectUntouched(killed);
+    EXPECT_TRUE(bytesOf(path.string() + "-wal") == log);
+
+    fs::remove(path.string() + "-shm");
+    const FileState copied = state();
+    EXPECT_STORE_ERROR(NotASubject, SubjectStore(path));
+    expectUntouched(copied);
+    EXPECT_EQ(askOther("SELECT count(*) FROM Bookmarks"), "1");
+}
+
+TEST_F(ARefusedFile, OfAnotherProgramKeepsItsJournal)
+{
+    createForeign("CREATE TABLE Bookmarks (Url TEXT); INSERT INTO Bookmarks VALUES (hex(zeroblob(100000)))");
+    killAfter("PRAGMA cache_size = 1; BEGIN; UPDATE Bookmarks SET Url = hex(randomblob(100000));"
+              "INSERT INTO Bookmarks VALUES (hex(zeroblob(100000)))");
+    const FileState before = state();
+    ASSERT_EQ(before.neighbours, (std::vector<std::string>{"Subject.crl", "Subject.crl-journal"}));
+    const std::string journal = bytesOf(path.string() + "-journal");
+    EXPECT_STORE_ERROR(NotASubject, SubjectStore(path));
+    expectUntouched(before);
+    EXPECT_TRUE(bytesOf(path.string() + "-journal") == journal);
+}
+
+TEST_F(ARefusedFile, OfALaterVersionKeepsItsJournal)
+{
+    createCards(1);
+    otherProgram().exec("UPDATE FlashCards SET Front = hex(zeroblob(100000)); PRAGMA user_version = " +
+                        std::to_string(subjectSchemaVersion + 1));
+    killAfter("PRAGMA cache_size = 1; BEGIN; UPDATE FlashCards SET Front = hex(randomblob(100000));"
+              "INSERT INTO FlashCards (Front) VALUES (hex(zeroblob(100000)))");
+    const FileState before = state();
+    ASSERT_EQ(before.neighbours, (std::vector<std::string>{"Subject.crl", "Subject.crl-journal"}));
+    EXPECT_STORE_ERROR(TooNew, SubjectStore(path));
+    expectUntouched(before);
+}
+
+TEST_F(ARefusedFile, IsNamedInTheError)
+{
+    writeBytes(path, "no database, but long enough to be looked at as one, if anybody cared to do so");
+    const auto error = errorOf([&] { SubjectStore store(path); });
+    ASSERT_TRUE(error);
+    EXPECT_EQ(error->path(), path.string());
+    EXPECT_EQ(error->engineCode(), SQLITE_NOTADB);
+    EXPECT_STREQ(error->what(), "file is not a database");
+}
+
+using AnAcceptedFile = OpeningAFile;
+
+TEST_F(AnAcceptedFile, IsNotChangedByOpeningAndReading)
+{
+    createCards(3);
+    const FileState before = state();
+    {
+        SubjectStore store(path);
+        EXPECT_EQ(store.openRecordSet(cardsOfTopic(1)).text("Front"), "A");
+    }
+    expectUntouched(before);
+}
+
+TEST_F(AnAcceptedFile, MayComeFromAnotherProgram)
+{
+    createForeign(std::string(topicsTable) + cardsTable + "INSERT INTO FlashCards (NIndex, Front) VALUES (1, 'x')");
+    EXPECT_EQ(countCards(), 1);
+}
+
+TEST_F(AnAcceptedFile, MayHaveMoreFieldsAndTablesAndOtherLetterCase)
+{
+    createForeign("CREATE TABLE topics (INDEX_ INTEGER);"
+                  "ALTER TABLE topics RENAME COLUMN INDEX_ TO \"INDEX\";"
+                  "ALTER TABLE topics ADD COLUMN NAME; ALTER TABLE topics ADD COLUMN notes;"
+                  "ALTER TABLE topics ADD COLUMN Colour; CREATE TABLE Extra (a);" +
+                  std::string(cardsTable) + "INSERT INTO topics VALUES (5, 'Birds', 'n', 'red')");
+    SubjectStore store(path);
+    RecordSet topics = store.openRecordSet(topicByKey(5));
+    EXPECT_EQ(topics.text("Name"), "Birds");
+    EXPECT_STORE_ERROR(OutOfRange, topics.text("Colour"));
+}
+
+TEST_F(AnAcceptedFile, MayHaveAnotherVersionIfItIsNotOurs)
+{
+    createForeign(std::string(topicsTable) + cardsTable + "PRAGMA user_version = 99");
+    EXPECT_EQ(countCards(), 0);
+}
+
+TEST_F(AnAcceptedFile, MayHaveAPlainColumnForItsKeys)
+{
+    createForeign(
+        "CREATE TABLE Topics (\"Index\" INTEGER, Name, Notes);"
+        "CREATE TABLE FlashCards (\"Index\" INTEGER, NIndex, Front, Back, Marked, Shuffle, isTrueFalse, isFront,"
+        " Answer, Wrong1, Wrong2);"
+        "INSERT INTO FlashCards (\"Index\", NIndex, Front) VALUES (30, 1, 'x'), (10, 1, 'y')");
+    SubjectStore store(path);
+    RecordSet cards = store.openRecordSet(cardsInOrder(cardQuery(std::array{1})));
+    EXPECT_EQ(cards.text("Front"), "y");
+    EXPECT_EQ(cards.number("Index"), 10);
+    cards.edit();
+    cards.setText("Back", "back");
+    cards.update();
+    cards.addNew();
+    cards.setNumber("NIndex", 1);
+    cards.setText("Front", "z");
+    cards.update();
+    cards.setBookmark(cards.lastModified());
+    EXPECT_EQ(cards.number("Index"), 31);
+    EXPECT_EQ(store.execute("DELETE * FROM FlashCards Where Index = 30;"), 1);
+    EXPECT_EQ(askOther("SELECT group_concat(Front || \"Index\" || coalesce(Back, '')) FROM FlashCards"), "y10back,z31");
+
+    RecordSet topics = store.openRecordSet(allTopics());
+    topics.addNew();
+    topics.update();
+    topics.setBookmark(topics.lastModified());
+    EXPECT_EQ(topics.number("Index"), 1);
+}
+
+TEST_F(AnAcceptedFile, IsReachedThroughALink)
+{
+    createCards(2);
+    const fs::path link = folder / "Link.crl";
+    fs::create_symlink("Subject.crl", link);
+    EXPECT_EQ(SubjectStore(link).openRecordSet(cardsOfTopic(1)).recordCount(), 2);
+}
+
+TEST_F(AnAcceptedFile, WithAWriteAheadLogGetsARollbackJournal)
+{
+    createCards(2);
+    otherProgram().exec("PRAGMA journal_mode = WAL");
+    EXPECT_EQ(countCards(), 2);
+    EXPECT_EQ(filesInFolder(), std::vector<std::string>{"Subject.crl"});
+    EXPECT_EQ(askOther("PRAGMA journal_mode"), "delete");
+}
+
+TEST_F(AnAcceptedFile, WithTheWriteAheadLogOfAKilledProgramBecomesOneWholeFile)
+{
+    createForeign("PRAGMA journal_mode = WAL");
+    killAfter(std::string(topicsTable) + cardsTable + "INSERT INTO FlashCards (NIndex) VALUES (1), (1), (1)");
+    ASSERT_EQ(filesInFolder().size(), 3U);
+    {
+        SubjectStore store(path);
+        RecordSet cards = store.openRecordSet(cardsOfTopic(1));
+        EXPECT_EQ(cards.recordCount(), 3);
+        otherProgram().exec("BEGIN EXCLUSIVE; COMMIT");
+        cards.remove();
+    }
+    EXPECT_EQ(filesInFolder(), std::vector<std::string>{"Subject.crl"});
+    EXPECT_EQ(askOther("SELECT count(*) FROM FlashCards"), "2");
+}
+
+TEST_F(AnAcceptedFile, IsLockedWhileAnotherProgramUsesItsWriteAheadLog)
+{
+    createCards(2);
+    {
+        SQLite::Database other = otherProgram();
+        other.exec("PRAGMA journal_mode = WAL; UPDATE FlashCards SET Marked = 1");
+        EXPECT_STORE_ERROR(Locked, SubjectStore(path));
+        EXPECT_EQ(other.execAndGet("SELECT sum(Marked) FROM FlashCards").getInt(), 2);
+    }
+    EXPECT_EQ(countCards(), 2);
+    EXPECT_EQ(filesInFolder(), std::vector<std::string>{"Subject.crl"});
+}
+
+// Opening may not read more of a large file than of a small one.
+TEST_F(AnAcceptedFile, IsOpenedWithoutReadingItThrough)
+{
+    createCards(1);
+    otherProgram().exec("INSERT INTO FlashCards (Front) VALUES (zeroblob(30000000))");
+    sqlite3_memory_highwater(1);
+    const auto before = sqlite3_memory_used();
+    {
+        SubjectStore store(path);
+    }
+    EXPECT_LT(sqlite3_memory_highwater(0) - before, 500'000);
+}
+
+} // namespace
