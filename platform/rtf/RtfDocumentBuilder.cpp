@@ -1,0 +1,158 @@
+#include "platform/rtf/RtfDocumentBuilder.h"
+
+#include <utility>
+
+namespace {
+
+/// A list of a document touches all its paragraphs whenever one joins it. Longer
+/// ones are continued in a list of their own, or reading would take quadratic
+/// time. Nobody sees where that happens among bullets; among numbers one does.
+constexpr int maxBullets = 64;
+constexpr int maxNumbers = 512;
+
+int maxLength(const RtfList &list)
+{
+    return list.style == RtfListStyle::Bullet ? maxBullets : maxNumbers;
+}
+
+} // namespace
+
+RtfDocumentBuilder::RtfDocumentBuilder(QTextCursor &cursor, const RtfFontTable &fonts)
+    : m_cursor(cursor)
+    , m_fonts(fonts)
+    , m_units(*cursor.document())
+    , m_formatBefore(cursor.blockFormat())
+    , m_markBefore(cursor.blockCharFormat())
+{
+}
+
+void RtfDocumentBuilder::append(QStringView text, const RtfCharacter &format)
+{
+    if (!text.isEmpty()) {
+        prepare(format);
+        m_text += text;
+    }
+}
+
+void RtfDocumentBuilder::append(QLatin1StringView text, const RtfCharacter &format)
+{
+    if (!text.isEmpty()) {
+        prepare(format);
+        m_text += text;
+    }
+}
+
+void RtfDocumentBuilder::endParagraph(const RtfParagraph &paragraph, const RtfCharacter &mark)
+{
+    if (m_breakIsDue) {
+        breakParagraph();
+    }
+    flush();
+    applyParagraph(paragraph);
+    applyMark(mark);
+    m_breakIsDue = true;
+}
+
+void RtfDocumentBuilder::endDocument(const RtfParagraph &paragraph, const RtfCharacter &mark)
+{
+    if (m_breakIsDue) {
+        return;
+    }
+    flush();
+    applyParagraph(paragraph);
+    applyMark(m_paragraphHasText ? m_textFormat : mark);
+}
+
+void RtfDocumentBuilder::endInsertion()
+{
+    if (m_breakIsDue) {
+        breakParagraph();
+    }
+    flush();
+    if (m_hasBroken) {
+        m_cursor.setBlockFormat(m_formatBefore);
+        m_cursor.setBlockCharFormat(m_markBefore);
+    }
+}
+
+void RtfDocumentBuilder::prepare(const RtfCharacter &format)
+{
+    if (m_breakIsDue) {
+        breakParagraph();
+    }
+    if (format != m_textFormat) {
+        flush();
+        m_textFormat = format;
+    }
+    m_paragraphHasText = true;
+}
+
+void RtfDocumentBuilder::flush()
+{
+    if (!m_text.isEmpty()) {
+        m_cursor.insertText(m_text, charFormat(m_textFormat));
+        m_text.resize(0);
+    }
+}
+
+void RtfDocumentBuilder::breakParagraph()
+{
+    flush();
+    m_cursor.insertBlock(m_paragraphFormat, charFormat(m_mark));
+    if (m_paragraph.list.style != RtfListStyle::None) {
+        ++m_listLength;
+        if (m_listLength > maxLength(m_listFormat)) {
+            m_paragraphIsKnown = false;
+        }
+    }
+    m_breakIsDue = false;
+    m_hasBroken = true;
+    m_paragraphHasText = false;
+}
+
+void RtfDocumentBuilder::applyParagraph(const RtfParagraph &paragraph)
+{
+    if (m_paragraphIsKnown && paragraph == m_paragraph) {
+        return;
+    }
+    m_paragraph = paragraph;
+    m_paragraphIsKnown = true;
+    m_cursor.setBlockFormat(toBlockFormat(paragraph, m_units));
+    joinList(paragraph.list);
+    m_paragraphFormat = m_cursor.blockFormat();
+}
+
+void RtfDocumentBuilder::applyMark(const RtfCharacter &mark)
+{
+    if (m_markIsKnown && mark == m_mark) {
+        return;
+    }
+    m_mark = mark;
+    m_markIsKnown = true;
+    m_cursor.setBlockCharFormat(charFormat(mark));
+}
+
+void RtfDocumentBuilder::joinList(const RtfList &list)
+{
+    if (list.style == RtfListStyle::None) {
+        m_list = nullptr;
+        return;
+    }
+    if (m_list != nullptr && m_listFormat == list && m_listLength <= maxLength(list)) {
+        m_list->add(m_cursor.block());
+        ++m_listLength;
+        return;
+    }
+    m_list = m_cursor.createList(toListFormat(list));
+    m_listFormat = list;
+    m_listLength = 1;
+}
+
+const QTextCharFormat &RtfDocumentBuilder::charFormat(const RtfCharacter &format)
+{
+    const auto [place, isNew] = m_charFormats.try_emplace(format);
+    if (isNew) {
+        place->second = toCharFormat(format, format.font >= 0 ? &m_fonts.at(format.font) : nullptr);
+    }
+    return place->second;
+}
