@@ -1,0 +1,147 @@
+#include "platform/ClickSound.h"
+
+#include <QFile>
+#include <QString>
+
+#include <canberra.h>
+#include <chrono>
+#include <condition_variable>
+#include <cstdint>
+#include <cstdlib>
+#include <filesystem>
+#include <mutex>
+#include <string>
+#include <thread>
+
+namespace {
+
+using namespace std::chrono_literals;
+
+/// Plays on a thread of its own: opening the sound system takes milliseconds
+/// without a sound server, and as long as it likes with one that hangs.
+class Clicker
+{
+public:
+    Clicker() { std::thread(&Clicker::run, this).detach(); }
+
+    void click(const std::string &file)
+    {
+        {
+            const std::lock_guard guard(m_mutex);
+            m_file = file;
+            m_wanted = true;
+        }
+        m_changed.notify_all();
+    }
+
+    /// Lets the last click sound out, unless the sound system hangs.
+    void waitUntilQuiet()
+    {
+        std::unique_lock lock(m_mutex);
+        m_changed.wait_for(lock, 300ms, [this] { return !m_wanted && !m_starting && m_playing == 0; });
+    }
+
+private:
+    [[noreturn]] void run()
+    {
+        ca_context *context = newContext();
+        bool worked = false;
+        for (;;) {
+            const std::string file = nextFile();
+            const bool plays = context != nullptr && play(context, file);
+            if (!plays && context != nullptr) {
+                // A sound server may have gone and come back. One that was never there is not asked at each click.
+                ca_context_destroy(context);
+                context = worked ? newContext() : nullptr;
+            }
+            worked = plays;
+            started(plays);
+        }
+    }
+
+    static ca_context *newContext()
+    {
+        ca_context *context = nullptr;
+        if (ca_context_create(&context) != CA_SUCCESS) return nullptr;
+        ca_context_change_props(context, CA_PROP_APPLICATION_NAME, "Cramlet", nullptr);
+        // Without a sound card, ALSA would fill stderr with its complaints.
+        const bool chosen = std::getenv("CANBERRA_DRIVER") != nullptr;
+        if (!chosen && !std::filesystem::exists("/dev/snd")) ca_context_set_driver(context, "pulse");
+        return context;
+    }
+
+    bool play(ca_context *context, const std::string &file)
+    {
+        ca_proplist *properties = nullptr;
+        if (ca_proplist_create(&properties) != CA_SUCCESS) return false;
+        ca_proplist_sets(properties, CA_PROP_MEDIA_FILENAME, file.c_str());
+        ca_proplist_sets(properties, CA_PROP_MEDIA_ROLE, "event");
+        ca_proplist_sets(properties, CA_PROP_EVENT_DESCRIPTION, "Click");
+        ca_proplist_sets(properties, CA_PROP_CANBERRA_CACHE_CONTROL, "permanent");
+        const int result = ca_context_play_full(context, 0, properties, &Clicker::finished, this);
+        ca_proplist_destroy(properties);
+        return result == CA_SUCCESS;
+    }
+
+    std::string nextFile()
+    {
+        std::unique_lock lock(m_mutex);
+        m_changed.wait(lock, [this] { return m_wanted; });
+        m_wanted = false;
+        m_starting = true;
+        return m_file;
+    }
+
+    void started(bool plays)
+    {
+        {
+            const std::lock_guard guard(m_mutex);
+            m_starting = false;
+            m_playing += plays ? 1 : 0;
+        }
+        m_changed.notify_all();
+    }
+
+    static void finished(ca_context *, std::uint32_t, int, void *clicker)
+    {
+        auto *self = static_cast<Clicker *>(clicker);
+        {
+            const std::lock_guard guard(self->m_mutex);
+            --self->m_playing; // may come before started()
+        }
+        self->m_changed.notify_all();
+    }
+
+    std::mutex m_mutex;
+    std::condition_variable m_changed;
+    std::string m_file;
+    bool m_wanted = false;
+    bool m_starting = false;
+    int m_playing = 0;
+};
+
+std::string &clickFile()
+{
+    static std::string file;
+    return file;
+}
+
+} // namespace
+
+void setClickFile(const QString &path)
+{
+    clickFile() = QFile::encodeName(path).toStdString();
+}
+
+void playClick()
+{
+    if (clickFile().empty()) return;
+    struct Sound
+    {
+        // Never deleted: its thread may still be waiting for a sound server when the program ends.
+        Clicker *clicker = new Clicker;
+        ~Sound() { clicker->waitUntilQuiet(); }
+    };
+    static const Sound sound;
+    sound.clicker->click(clickFile());
+}

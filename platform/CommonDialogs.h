@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QString>
+
+#include <optional>
+
+class QColor;
+class QWidget;
+
+// The questions that windows ask through other windows. Each is modal to its
+// parent and returns when it is answered. Texts are shown as they stand.
+
+enum class Answer { Yes, No, Cancel };
+
+/// An information icon and an OK button.
+void showInformation(QWidget *parent, const QString &text, const QString &title);
+/// A critical icon and an OK button: a command failed. \p details may be empty.
+void showFailure(QWidget *parent, const QString &text, const QString &details, const QString &title);
+/// A question icon, Yes and No; Escape and the close box say No.
+[[nodiscard]] Answer askYesNo(QWidget *parent, const QString &question, const QString &title);
+/// A question icon, Yes, No and Cancel; Escape and the close box say Cancel.
+[[nodiscard]] Answer askYesNoCancel(QWidget *parent, const QString &question, const QString &title);
+
+/// Asks for one line of text; nothing if the learner cancelled.
+[[nodiscard]] std::optional<QString> askText(QWidget *parent, const QString &prompt, const QString &title,
+                                             const QString &offered);
+
+// The file dialogs show "Cramlet (*.crl)". They return the whole path, with "/",
+// or nothing if the learner cancelled. They open in the folder of \p near, or in
+// the learner's documents if it is empty.
+
+/// An existing file.
+[[nodiscard]] std::optional<QString> askOpenSubject(QWidget *parent, const QString &title, const QString &near);
+/// A new file, or an existing one after asking whether to replace it. A name without an ending gets ".crl".
+[[nodiscard]] std::optional<QString> askSaveSubject(QWidget *parent, const QString &title, const QString &near);

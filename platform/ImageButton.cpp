@@ -1,0 +1,133 @@
+#include "platform/ImageButton.h"
+
+#include "platform/DevicePixels.h"
+
+#include <QFile>
+#include <QHash>
+#include <QKeyEvent>
+#include <QPainter>
+#include <QSvgRenderer>
+
+namespace {
+
+constexpr int margin = 3; // around the picture: room for the focus ring and for being pressed
+
+struct PictureKey
+{
+    QString name;
+    int edge; ///< device pixels
+    bool enabled;
+
+    friend bool operator==(const PictureKey &, const PictureKey &) = default;
+};
+
+size_t qHash(const PictureKey &key, size_t seed = 0)
+{
+    return qHashMulti(seed, key.name, key.edge, key.enabled);
+}
+
+/// Greyed and fainter, on any paper.
+void makeUnavailable(QImage &image)
+{
+    constexpr double opacity = 0.38;
+    for (int y = 0; y < image.height(); ++y) {
+        auto *line = reinterpret_cast<QRgb *>(image.scanLine(y));
+        for (QRgb *pixel = line; pixel != line + image.width(); ++pixel) {
+            const int grey = qGray(*pixel); // premultiplied, like all below
+            const auto faint = [](int value) { return qRound(value * opacity); };
+            *pixel = qRgba(faint(grey), faint(grey), faint(grey), faint(qAlpha(*pixel)));
+        }
+    }
+}
+
+QImage renderPicture(const PictureKey &key)
+{
+    const QString path = QStringLiteral(":/icons/%1.svg").arg(key.name);
+    if (!QFile::exists(path)) return {};
+    QSvgRenderer renderer(path);
+    if (!renderer.isValid()) return {};
+
+    QImage image(key.edge, key.edge, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    renderer.setAspectRatioMode(Qt::KeepAspectRatio);
+    renderer.render(&painter, QRectF(image.rect()));
+    painter.end();
+    if (!key.enabled) makeUnavailable(image);
+    return image;
+}
+
+const QImage &pictureFor(const PictureKey &key)
+{
+    static QHash<PictureKey, QImage> pictures;
+    const auto found = pictures.constFind(key);
+    return *(found != pictures.constEnd() ? found : pictures.insert(key, renderPicture(key)));
+}
+
+} // namespace
+
+ImageButton::ImageButton(QWidget *parent)
+    : QAbstractButton(parent)
+{
+    setFocusPolicy(Qt::TabFocus);
+    setCursor(Qt::UpArrowCursor);
+    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+}
+
+ImageButton::~ImageButton() = default;
+
+void ImageButton::setPicture(const QString &name)
+{
+    m_picture = name;
+    update();
+}
+
+void ImageButton::setHint(const QString &hint)
+{
+    setToolTip(hint);
+    setAccessibleName(hint);
+}
+
+void ImageButton::setPictureSize(int edge)
+{
+    m_edge = edge;
+    updateGeometry();
+    update();
+}
+
+QSize ImageButton::sizeHint() const
+{
+    return {m_edge + 2 * margin, m_edge + 2 * margin};
+}
+
+void ImageButton::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    const double scale = painter.deviceTransform().m11();
+    const QImage &image = pictureFor({m_picture, qRound(m_edge * scale), isEnabled()});
+
+    if (!image.isNull()) {
+        const QPointF shift = isDown() ? QPointF(1, 1) : QPointF(0, 0);
+        const QSizeF size = QSizeF(image.size()) / scale;
+        const QPointF corner = QRectF(rect()).center() - QPointF(size.width() / 2, size.height() / 2) + shift;
+        painter.drawImage(onDevicePixels(painter, QRectF(corner, size)), image);
+    }
+    if (hasFocus()) {
+        painter.setRenderHint(QPainter::Antialiasing);
+        const double width = 2 * hairline(painter);
+        const double inset = width / 2;
+        const QRectF ring = onDevicePixels(painter, rect()).adjusted(inset, inset, -inset, -inset);
+        painter.setPen(QPen(palette().color(QPalette::Highlight), width));
+        painter.drawRoundedRect(ring, 4, 4);
+    }
+}
+
+void ImageButton::keyPressEvent(QKeyEvent *event)
+{
+    const bool ends = event->key() == Qt::Key_Escape && isDown();
+    if (event->key() == Qt::Key_Space || ends) {
+        QAbstractButton::keyPressEvent(event);
+    } else {
+        event->ignore();
+    }
+}

@@ -1,0 +1,175 @@
+#include "platform/NotebookPage.h"
+
+#include "platform/DevicePixels.h"
+#include "platform/PaperPalette.h"
+#include "platform/Twips.h"
+
+#include <QFont>
+#include <QGuiApplication>
+#include <QPainter>
+#include <QPainterPath>
+
+namespace {
+
+struct Stroke
+{
+    QColor color;
+    double width;  ///< share of the hole's size
+    QPointF shift; ///< share of the hole's size
+};
+
+/// Paints in twips: straight lines on whole device pixels, round things smooth.
+class PagePainter
+{
+public:
+    explicit PagePainter(QWidget *page)
+        : m_painter(page)
+        , m_pixel(1.0 / toTwips(1))
+        , m_size(page->size())
+    {
+    }
+
+    void paper(const QColor &color) { m_painter.fillRect(QRectF({0, 0}, m_size), color); }
+    void ruledLine(double top) { line({0, top * m_pixel, m_size.width(), 0}, PageRuling::lineColor()); }
+    void marginLine(double left) { line({left * m_pixel, 0, 0, m_size.height()}, PageRuling::marginColor()); }
+    void ringHole(const QRectF &twips);
+    void spiralHole(const QRectF &twips);
+    void spiralWire(const QRectF &twips);
+
+private:
+    [[nodiscard]] QRectF inPixels(const QRectF &twips) const
+    {
+        return {twips.topLeft() * m_pixel, twips.size() * m_pixel};
+    }
+
+    /// Gives \p place, which has no width or no height, a hairline's.
+    void line(const QRectF &place, const QColor &color)
+    {
+        const QRectF crisp = onDevicePixels(m_painter, place);
+        const double width = hairline(m_painter);
+        m_painter.setRenderHint(QPainter::Antialiasing, false);
+        m_painter.fillRect(QRectF(crisp.topLeft(), crisp.size().expandedTo({width, width})), color);
+    }
+
+    QPainter m_painter;
+    double m_pixel; ///< per twip
+    QSizeF m_size;  ///< in pixels
+};
+
+void PagePainter::ringHole(const QRectF &twips)
+{
+    const QRectF hole = inPixels(twips).adjusted(0.5, 0.5, -0.5, -0.5);
+    m_painter.setRenderHint(QPainter::Antialiasing);
+
+    // The paper's edge catches the light from above on the far side.
+    m_painter.setPen(QPen(QColor(255, 255, 255, 110), 1.5));
+    m_painter.setBrush(Qt::NoBrush);
+    m_painter.drawEllipse(hole.translated(0.5, 1.0));
+
+    m_painter.setPen(Qt::NoPen);
+    m_painter.setBrush(QColor(0x6f, 0x5a, 0x46)); // the desk
+    m_painter.drawEllipse(hole);
+
+    // The paper's shadow on the desk.
+    QRadialGradient shadow(hole.center() + QPointF(hole.width() * 0.12, hole.height() * 0.20), hole.width() * 0.66);
+    shadow.setColorAt(0.00, QColor(0, 0, 0, 0));
+    shadow.setColorAt(0.55, QColor(0, 0, 0, 40));
+    shadow.setColorAt(0.80, QColor(0, 0, 0, 130));
+    shadow.setColorAt(1.00, QColor(0, 0, 0, 190));
+    m_painter.setBrush(shadow);
+    m_painter.setPen(QPen(Qt::black, 1));
+    m_painter.drawEllipse(hole);
+}
+
+void PagePainter::spiralHole(const QRectF &twips)
+{
+    const QRectF hole = inPixels(twips);
+    m_painter.setRenderHint(QPainter::Antialiasing);
+    m_painter.setPen(QPen(QColor(255, 255, 255, 110), 1));
+    m_painter.setBrush(Qt::NoBrush);
+    m_painter.drawEllipse(hole.adjusted(0, 0, 0, 1));
+    m_painter.setPen(Qt::NoPen);
+    m_painter.setBrush(Qt::black);
+    m_painter.drawEllipse(hole);
+}
+
+void PagePainter::spiralWire(const QRectF &twips)
+{
+    static const Stroke strokes[] = {
+        {QColor(0, 0, 0, 55), 0.46, {0.02, 0.20}},     // shadow on the paper
+        {QColor(0x3e, 0x42, 0x49), 0.42, {0, 0}},      // the wire's rim
+        {QColor(0x9b, 0xa2, 0xac), 0.28, {0, -0.02}},  // its body
+        {QColor(0xf4, 0xf6, 0xf9), 0.10, {0, -0.075}}, // the light on it
+    };
+    const QRectF hole = inPixels(twips);
+    const double size = hole.width();
+
+    // Up out of the hole, over the paper, and around the page's edge.
+    QPainterPath wire(hole.center() + QPointF(size * 0.08, size * 0.05));
+    wire.cubicTo(hole.center() + QPointF(-size * 0.25, -size * 0.55),
+                 QPointF(hole.left() * 0.55, hole.top() - size * 0.16), QPointF(-size * 0.4, hole.top() + size * 0.12));
+    for (const Stroke &stroke : strokes) {
+        QPen pen(stroke.color, stroke.width * size);
+        pen.setCapStyle(Qt::RoundCap);
+        m_painter.setBrush(Qt::NoBrush);
+        m_painter.setPen(pen);
+        m_painter.drawPath(wire.translated(stroke.shift * size));
+    }
+}
+
+} // namespace
+
+NotebookPage::NotebookPage(const PageRuling &ruling, QWidget *parent)
+    : QWidget(parent)
+    , m_ruling(ruling)
+{
+    setAttribute(Qt::WA_OpaquePaintEvent);
+    setFont(notebookFont(10));
+    setPaperColor(m_paper);
+}
+
+void NotebookPage::setPaperColor(const QColor &color)
+{
+    m_paper = color;
+    setPalette(paperPalette(color));
+    update();
+}
+
+void NotebookPage::setRuling(const PageRuling &ruling)
+{
+    m_ruling = ruling;
+    update();
+}
+
+void NotebookPage::paintEvent(QPaintEvent *)
+{
+    const double pageHeight = toTwips(height());
+    const QVector<QRectF> holes = holePlaces(m_ruling, pageHeight);
+
+    PagePainter page(this);
+    page.paper(m_paper);
+    for (int i = 0; i < countRuledLines(m_ruling.firstLine, pageHeight); ++i) {
+        page.ruledLine(m_ruling.firstLine + PageRuling::lineSpacing * i);
+    }
+    if (m_ruling.marginLine) page.marginLine(PageRuling::marginAt);
+    for (const QRectF &hole : holes) {
+        if (m_ruling.binding == PageRuling::Binding::ThreeHoles) {
+            page.ringHole(hole);
+        } else {
+            page.spiralHole(hole);
+            page.spiralWire(hole);
+        }
+    }
+}
+
+QFont notebookFont(double points)
+{
+    static const QString family = [] {
+        const QString wanted = QStringLiteral("Comic Sans MS");
+        QFont::insertSubstitutions(wanted, {QStringLiteral("Comic Neue"), QGuiApplication::font().family()});
+        return wanted;
+    }();
+    QFont font(family);
+    font.setPointSizeF(points);
+    return font;
+}

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <QColor>
+#include <QPalette>
+
+/// The palette of everything that lies on paper of colour \p paper, whatever
+/// the desktop's theme: ink that is readable on it (contrast at least 7:1 where
+/// the paper allows), and borders and disabled text that go with both.
+[[nodiscard]] QPalette paperPalette(const QColor &paper);
+
+/// The contrast of two opaque colours, 1 to 21, as accessibility guidelines compute it.
+[[nodiscard]] double contrastRatio(const QColor &one, const QColor &other);
+
+/// A colour from its settings number: 24 bits, blue-green-red, low byte red.
+[[nodiscard]] QColor colorOfNumber(int number);
+[[nodiscard]] int numberOfColor(const QColor &color);

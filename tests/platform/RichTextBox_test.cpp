@@ -1,0 +1,300 @@
+#include "platform/NotebookPage.h"
+#include "platform/PaperPalette.h"
+#include "platform/RichTextBox.h"
+
+#include <QKeyEvent>
+#include <QScrollBar>
+#include <QSignalSpy>
+#include <QTest>
+#include <QTextBlock>
+#include <QTextDocument>
+#include <QWheelEvent>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+const QString redRtf = QStringLiteral(
+    "{\\rtf1\\ansi{\\colortbl ;\\red192\\green0\\blue0;}\\pard plain \\cf1 red\\cf0  \\b bold\\b0\\par}");
+
+class KeyWindow : public QWidget
+{
+public:
+    QVector<int> keys;
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override
+    {
+        if (event->key() != Qt::Key_Alt) keys.append(event->key());
+    }
+};
+
+class RichTextBoxTest : public testing::Test
+{
+protected:
+    RichTextBoxTest()
+    {
+        m_window.resize(300, 200);
+        m_box->resize(300, 120);
+        m_window.show();
+        m_window.activateWindow();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(&m_window));
+        m_box->setFocus();
+    }
+
+    void showManyLines() const { m_box->setPlainText(QStringLiteral("a line of text\n").repeated(100)); }
+
+    KeyWindow m_window;
+    RichTextBox *m_box = new RichTextBox(&m_window);
+};
+
+TEST_F(RichTextBoxTest, RtfThatWasSetIsHandedBackToTheLetter)
+{
+    m_box->setTextRtf(redRtf);
+    EXPECT_EQ(m_box->textRtf(), redRtf);
+    EXPECT_EQ(m_box->toPlainText(), QStringLiteral("plain red bold"));
+    m_box->selectAll();
+    m_box->setLocked(true);
+    m_box->setLocked(false);
+    EXPECT_EQ(m_box->textRtf(), redRtf);
+}
+
+TEST_F(RichTextBoxTest, AfterAChangeTheRtfIsThatOfTheNewText)
+{
+    m_box->setTextRtf(redRtf);
+    QTest::keyClicks(m_box, QStringLiteral("X"));
+    const QString rtf = m_box->textRtf();
+    EXPECT_NE(rtf, redRtf);
+    RichTextBox other;
+    other.setTextRtf(rtf);
+    EXPECT_EQ(other.toPlainText(), QStringLiteral("Xplain red bold"));
+}
+
+TEST_F(RichTextBoxTest, AChangeOfFormatAloneIsAChangeToo)
+{
+    m_box->setTextRtf(redRtf);
+    m_box->selectAll();
+    m_box->setFontItalic(true);
+    EXPECT_NE(m_box->textRtf(), redRtf);
+    EXPECT_TRUE(m_box->textRtf().contains(QStringLiteral("\\i")));
+}
+
+TEST_F(RichTextBoxTest, SettingRtfPutsTheCaretAtTheStartAndForgetsUndo)
+{
+    showManyLines();
+    m_box->moveCursor(QTextCursor::End);
+    QTest::keyClicks(m_box, QStringLiteral("typed"));
+    m_box->setTextRtf(redRtf);
+    EXPECT_EQ(m_box->textCursor().position(), 0);
+    EXPECT_EQ(m_box->verticalScrollBar()->value(), 0);
+    EXPECT_FALSE(m_box->document()->isUndoAvailable());
+    QTest::keyClick(m_box, Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(m_box->toPlainText(), QStringLiteral("plain red bold"));
+}
+
+TEST_F(RichTextBoxTest, WhatIsNotRtfIsShownAsPlainText)
+{
+    const QString text = QStringLiteral("No <b>RTF</b> {at} \\all, \u00e9\u65e5");
+    m_box->setTextRtf(text);
+    EXPECT_EQ(m_box->toPlainText(), text);
+    EXPECT_TRUE(m_box->textRtf().startsWith(QStringLiteral("{\\rtf1")));
+    m_box->setTextRtf(QString());
+    EXPECT_EQ(m_box->toPlainText(), QString());
+}
+
+TEST_F(RichTextBoxTest, LettersBeyondAsciiInsideRtfAreKept)
+{
+    const QString name = QStringLiteral("\u00dcbung \u65e5\u672c \U0001F393 \u2013");
+    m_box->setTextRtf(
+        QStringLiteral("{\\rtf1\\ansi\\deff0{\\fonttbl{\\f0 Comic Sans MS;}}\\pard\\f0\\fs20 %1 notes...\\par}")
+            .arg(name));
+    EXPECT_EQ(m_box->toPlainText(), name + QStringLiteral(" notes..."));
+}
+
+TEST_F(RichTextBoxTest, TheRtfIsSevenBit)
+{
+    m_box->setPlainText(QStringLiteral("\u00dcbung \u65e5\u672c"));
+    for (const QChar letter : m_box->textRtf()) {
+        EXPECT_LT(letter.unicode(), 128);
+    }
+    RichTextBox other;
+    other.setTextRtf(m_box->textRtf());
+    EXPECT_EQ(other.toPlainText(), m_box->toPlainText());
+}
+
+TEST_F(RichTextBoxTest, ItsTextsAreProperties)
+{
+    ASSERT_TRUE(m_box->setProperty("TextRTF", redRtf));
+    EXPECT_EQ(m_box->property("TextRTF").toString(), redRtf);
+    EXPECT_EQ(m_box->property("Text").toString(), QStringLiteral("plain red bold"));
+
+    QTextCursor cursor = m_box->textCursor();
+    cursor.setPosition(6);
+    cursor.setPosition(9, QTextCursor::KeepAnchor);
+    m_box->setTextCursor(cursor);
+    EXPECT_TRUE(m_box->property("SelRTF").toString().contains(QStringLiteral("red")));
+    EXPECT_FALSE(m_box->property("SelRTF").toString().contains(QStringLiteral("plain")));
+    ASSERT_TRUE(m_box->setProperty("SelRTF", QStringLiteral("{\\rtf1 \\i green}")));
+    EXPECT_EQ(m_box->property("Text").toString(), QStringLiteral("plain green bold"));
+
+    ASSERT_TRUE(m_box->setProperty("Text", QStringLiteral("anew")));
+    EXPECT_EQ(m_box->property("Text").toString(), QStringLiteral("anew"));
+    EXPECT_TRUE(m_box->property("TextRTF").toString().contains(QStringLiteral("anew")));
+}
+
+TEST_F(RichTextBoxTest, AnEmptySelRtfRemovesTheSelectionAsOneUndoStep)
+{
+    m_box->setTextRtf(redRtf);
+    QTextCursor cursor = m_box->textCursor();
+    cursor.setPosition(6, QTextCursor::KeepAnchor);
+    m_box->setTextCursor(cursor);
+    m_box->setSelRtf(QString());
+    EXPECT_EQ(m_box->toPlainText(), QStringLiteral("red bold"));
+    m_box->undo();
+    EXPECT_EQ(m_box->toPlainText(), QStringLiteral("plain red bold"));
+}
+
+TEST_F(RichTextBoxTest, SelRtfThatIsNoRtfIsPutInAsPlainText)
+{
+    m_box->setPlainText(QStringLiteral("ab"));
+    m_box->moveCursor(QTextCursor::End);
+    m_box->setSelRtf(QStringLiteral(" {c} \u00e9"));
+    EXPECT_EQ(m_box->toPlainText(), QStringLiteral("ab {c} \u00e9"));
+}
+
+TEST_F(RichTextBoxTest, TheSelectionsRtfGoesIntoAnotherBoxWithItsFormat)
+{
+    m_box->setTextRtf(redRtf);
+    m_box->selectAll();
+    RichTextBox other;
+    other.setSelRtf(m_box->selRtf());
+    EXPECT_EQ(other.toPlainText(), QStringLiteral("plain red bold"));
+    QTextCursor cursor(other.document());
+    cursor.setPosition(8);
+    EXPECT_EQ(cursor.charFormat().foreground().color(), QColor(192, 0, 0));
+    cursor.setPosition(12);
+    EXPECT_EQ(cursor.charFormat().fontWeight(), QFont::Bold);
+}
+
+TEST_F(RichTextBoxTest, ALockedBoxTakesNoChange)
+{
+    m_box->setTextRtf(redRtf);
+    m_box->setLocked(true);
+    EXPECT_TRUE(m_box->isLocked());
+    QTest::keyClicks(m_box, QStringLiteral("abc"));
+    QTest::keyClick(m_box, Qt::Key_Delete);
+    QTest::keyClick(m_box, Qt::Key_Backspace);
+    QTest::keyClick(m_box, Qt::Key_V, Qt::ControlModifier);
+    EXPECT_EQ(m_box->textRtf(), redRtf);
+    m_box->setLocked(false);
+    EXPECT_FALSE(m_box->isLocked());
+    QTest::keyClicks(m_box, QStringLiteral("a"));
+    EXPECT_EQ(m_box->toPlainText(), QStringLiteral("aplain red bold"));
+}
+
+TEST_F(RichTextBoxTest, ALockedBoxIsSelectedByMouseAndHasNoCaret)
+{
+    m_box->setPlainText(QStringLiteral("several words"));
+    m_box->setLocked(true);
+    QTest::mouseDClick(m_box->viewport(), Qt::LeftButton, {}, m_box->cursorRect().center() + QPoint(4, 0));
+    EXPECT_EQ(m_box->textCursor().selectedText(), QStringLiteral("several"));
+    EXPECT_FALSE(m_box->textInteractionFlags().testFlag(Qt::TextSelectableByKeyboard)) << "which would show a caret";
+}
+
+TEST_F(RichTextBoxTest, ALockedBoxIsScrolledByKeys)
+{
+    showManyLines();
+    m_box->setLocked(true);
+    const QScrollBar *bar = m_box->verticalScrollBar();
+    QTest::keyClick(m_box, Qt::Key_Down);
+    const int aLine = bar->value();
+    EXPECT_GT(aLine, 0);
+    QTest::keyClick(m_box, Qt::Key_PageDown);
+    EXPECT_GT(bar->value(), aLine + 50);
+    QTest::keyClick(m_box, Qt::Key_Up);
+    QTest::keyClick(m_box, Qt::Key_Home);
+    EXPECT_EQ(bar->value(), 0);
+    QTest::keyClick(m_box, Qt::Key_End);
+    EXPECT_EQ(bar->value(), bar->maximum());
+}
+
+TEST_F(RichTextBoxTest, ALockedBoxLeavesTheCommandKeysToItsWindow)
+{
+    m_box->setTextRtf(redRtf);
+    m_box->setLocked(true);
+    QTest::keyClick(m_box, Qt::Key_Escape);
+    QTest::keyClick(m_box, Qt::Key_N, Qt::AltModifier);
+    QTest::keyClick(m_box, Qt::Key_E, Qt::AltModifier);
+    QTest::keyClick(m_box, Qt::Key_M);
+    EXPECT_EQ(m_window.keys, (QVector<int>{Qt::Key_Escape, Qt::Key_N, Qt::Key_E, Qt::Key_M}));
+}
+
+TEST_F(RichTextBoxTest, AltWithALetterTypesNothing)
+{
+    QTest::keyClick(m_box, 'n', Qt::AltModifier);
+    EXPECT_EQ(m_box->toPlainText(), QString());
+    EXPECT_TRUE(m_window.keys.isEmpty());
+}
+
+TEST_F(RichTextBoxTest, ItSaysWhenTheMouseIsPressedInTheText)
+{
+    const QSignalSpy clicked(m_box, &RichTextBox::clicked);
+    QTest::mousePress(m_box->viewport(), Qt::LeftButton, {}, {20, 20});
+    EXPECT_EQ(clicked.count(), 1);
+    QTest::mouseRelease(m_box->viewport(), Qt::LeftButton, {}, {20, 20});
+    EXPECT_EQ(clicked.count(), 1);
+}
+
+TEST_F(RichTextBoxTest, TheWheelWithControlDoesNotChangeTheFont)
+{
+    showManyLines();
+    m_box->setLocked(true);
+    const double before = m_box->font().pointSizeF();
+    QWheelEvent turn({50, 10}, m_box->viewport()->mapToGlobal(QPointF(50, 10)), {}, {0, 120}, Qt::NoButton,
+                     Qt::ControlModifier, Qt::NoScrollPhase, false);
+    QCoreApplication::sendEvent(m_box->viewport(), &turn);
+    EXPECT_EQ(m_box->font().pointSizeF(), before);
+}
+
+TEST(RichTextBoxLook, TheDefaultFontIsTheNotebooksAtTenPoints)
+{
+    const RichTextBox box;
+    EXPECT_EQ(box.document()->defaultFont().family(), QStringLiteral("Comic Sans MS"));
+    EXPECT_EQ(box.document()->defaultFont().pointSizeF(), 10);
+    EXPECT_TRUE(box.acceptRichText());
+}
+
+/// The colour that stands out most against the ground, in the part of the box where \p position stands.
+QColor inkAt(RichTextBox &box, int position)
+{
+    QTextCursor cursor(box.document());
+    cursor.setPosition(position);
+    const QRect around = box.cursorRect(cursor).adjusted(-2, 0, 8, 0);
+    const QColor ground = box.palette().color(QPalette::Base);
+    const QImage image = box.viewport()->grab(around).toImage();
+    QColor ink = ground;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            const QColor color = image.pixelColor(x, y);
+            if (contrastRatio(color, ground) > contrastRatio(ink, ground)) ink = color;
+        }
+    }
+    return ink;
+}
+
+TEST(RichTextBoxLook, TextWithoutAColourTakesThePapersInkAndColouredTextKeepsItsOwn)
+{
+    NotebookPage page(PageRuling{});
+    auto *box = new RichTextBox(&page);
+    box->setTextRtf(QStringLiteral("{\\rtf1{\\colortbl ;\\red240\\green160\\blue32;}\\fs72 HHH \\cf1 HHH\\par}"));
+    page.resize(600, 200);
+    box->resize(600, 200);
+    page.show();
+    for (const QColor &paper : {QColor(Qt::white), QColor(0x20, 0x24, 0x2c)}) {
+        page.setPaperColor(paper);
+        EXPECT_GE(contrastRatio(inkAt(*box, 1), page.palette().color(QPalette::Base)), 7.0);
+        EXPECT_NEAR(inkAt(*box, 6).hue(), QColor(240, 160, 32).hue(), 3);
+    }
+}
+
+} // namespace
