@@ -1,0 +1,36 @@
+#include "app/Module1.h"
+
+#include "app/CommandGuard.h"
+#include "platform/NotebookPage.h"
+#include "platform/PaperPalette.h"
+
+namespace {
+
+constexpr int endingLength = 4; // ".crl"
+constexpr int white = 0xffffff;
+
+} // namespace
+
+std::filesystem::path subjectFile(const Subject &subject)
+{
+    return subject.path.toStdString();
+}
+
+Subject subjectAt(const QString &path)
+{
+    const QString file = path.section(QLatin1Char('/'), -1);
+    return {path, file.chopped(qMin<qsizetype>(endingLength, file.size()))};
+}
+
+QString subjectCaption(const Subject &subject)
+{
+    return QStringLiteral("Cramlet: ") + subject.name;
+}
+
+void applyBackground(NotebookPage &page, const SettingsStore &settings)
+{
+    runGuarded(&page, [&] {
+        const double number = settings.number(QStringLiteral("Settings"), QStringLiteral("Color"), white);
+        page.setPaperColor(colorOfNumber(static_cast<int>(qBound(0.0, number, double(white)))));
+    });
+}

@@ -1,0 +1,45 @@
+#include "app/ProgramFiles.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QStandardPaths>
+
+namespace {
+
+/// Whether the program's files lie beside it, as in a build tree.
+bool runsFromBuildTree()
+{
+    return QFile::exists(QCoreApplication::applicationDirPath() + QStringLiteral("/Click.wav"));
+}
+
+void copyOnce(const QString &from, const QString &to)
+{
+    if (!QFile::exists(to) && QFile::copy(from, to)) {
+        QFile::setPermissions(to, QFile::permissions(to) | QFile::WriteOwner);
+    }
+}
+
+} // namespace
+
+QString programFolder()
+{
+    const QString beside = QCoreApplication::applicationDirPath();
+    return runsFromBuildTree() ? beside : QDir::cleanPath(beside + QStringLiteral("/" CRAMLET_DATA_DIR));
+}
+
+QString samplesFolder()
+{
+    if (runsFromBuildTree()) {
+        return QCoreApplication::applicationDirPath();
+    }
+    const QString own =
+        QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + QStringLiteral("/Cramlet");
+    QDir().mkpath(own);
+    const QDir installed(programFolder());
+    const QStringList samples = installed.entryList({QStringLiteral("*.crl")}, QDir::Files);
+    for (const QString &sample : samples) {
+        copyOnce(installed.filePath(sample), own + QLatin1Char('/') + sample);
+    }
+    return own;
+}

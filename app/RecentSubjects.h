@@ -1,0 +1,26 @@
+#pragma once
+
+#include "app/Module1.h"
+
+#include <array>
+
+/// The ten subjects that were opened last, the most recent first. A slot may be empty.
+class RecentSubjects
+{
+public:
+    static constexpr int slotCount = 10;
+
+    /// Reads the ten slots. If the first has no path, the two sample subjects
+    /// in \p samples are written into the settings before.
+    [[nodiscard]] static RecentSubjects load(SettingsStore &settings, const QString &samples);
+    void save(SettingsStore &settings) const;
+
+    [[nodiscard]] const Subject &slot(int position) const { return m_slots.at(static_cast<std::size_t>(position)); }
+
+    /// Puts \p subject into slot 0. Its path, letter case included, tells
+    /// whether it is in the table already; if not, slot 9 is dropped.
+    void moveToTop(const Subject &subject);
+
+private:
+    std::array<Subject, slotCount> m_slots;
+};

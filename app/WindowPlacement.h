@@ -1,0 +1,17 @@
+#pragma once
+
+#include <QString>
+
+class QWidget;
+class SettingsStore;
+
+// A window's state and outer size, kept in twips under a section of the
+// settings. Its position is not kept.
+
+/// Maximises the window if it was closed so, else gives it its stored size: by
+/// default half the screen's width and 0.7 of its height. For a window that is
+/// not shown yet. A stored value that is no number is reported, and the
+/// default is used.
+void restorePlacement(QWidget &window, const SettingsStore &settings, const QString &section);
+
+void savePlacement(const QWidget &window, SettingsStore &settings, const QString &section);

@@ -1,0 +1,55 @@
+#include "app/CommandGuard.h"
+#include "store/StoreError.h"
+#include "tests/support/Windows.h"
+
+#include <QWidget>
+
+namespace {
+
+TEST(CommandGuard, RunsACommandToItsEndAndSaysNothing)
+{
+    QWidget window;
+    DialogAnswers answers;
+    bool ran = false;
+    EXPECT_TRUE(runGuarded(&window, [&] { ran = true; }));
+    EXPECT_TRUE(ran);
+    EXPECT_TRUE(answers.seen().empty());
+}
+
+TEST(CommandGuard, ReportsAFailureAndEndsTheCommandOnly)
+{
+    QWidget window;
+    window.show();
+    DialogAnswers answers;
+    answers.press(QMessageBox::Ok);
+    EXPECT_FALSE(runGuarded(
+        &window, [] { throw StoreError(StoreError::Reason::Locked, 5, "/a/History.crl", "database is locked"); }));
+    EXPECT_TRUE(answers.last().text.contains(QStringLiteral("/a/History.crl")));
+    EXPECT_EQ(answers.last().icon, QMessageBox::Critical);
+    EXPECT_TRUE(window.isVisible());
+}
+
+TEST(CommandGuard, LetsACommandDestroyItsWindow)
+{
+    auto *window = new QWidget;
+    DialogAnswers answers;
+    answers.press(QMessageBox::Ok);
+    EXPECT_FALSE(runGuarded(window, [&] {
+        delete window;
+        throw std::runtime_error("too late");
+    }));
+}
+
+TEST(CommandGuard, AGuardedSlotHandsItsArgumentsOn)
+{
+    QWidget window;
+    int sum = 0;
+    const auto slot = guarded(&window, [&] { sum += 1; });
+    slot();
+    slot();
+    EXPECT_EQ(sum, 2);
+    guarded(&window, &QWidget::setVisible)(true);
+    EXPECT_TRUE(window.isVisible());
+}
+
+} // namespace
