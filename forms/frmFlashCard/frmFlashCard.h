@@ -1,0 +1,54 @@
+#pragma once
+
+#include "app/Module1.h"
+#include "platform/NotebookPage.h"
+#include "study/FlashCardSession.h"
+
+#include <array>
+
+class ImageButton;
+class PaperSheet;
+class QLabel;
+class RichTextBox;
+
+/// The flash-card session's window. It mirrors a FlashCardSession and turns
+/// clicks and keys into its moves.
+///
+/// Made with the cards of the program's study settings; throws if they cannot
+/// be opened. Deletes itself when it closes.
+class frmFlashCard final : public NotebookPage
+{
+    Q_OBJECT
+
+public:
+    explicit frmFlashCard(Module1 &module);
+
+Q_SIGNALS:
+    void closed();
+
+protected:
+    void closeEvent(QCloseEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+
+private:
+    void layOut();
+    void connectCommands();
+    void showSide(Side side);
+    void showMark();
+    void loadCard();
+    void displayCard();
+    void goToNext();
+    void goToPrevious();
+    void flip();
+    [[nodiscard]] bool pressButtonOf(int key);
+    void scrollCard(int key);
+
+    std::array<ImageButton *, 11> Image1;      ///< the commands, see Command in the source
+    std::array<QLabel *, 3> Label1;            ///< the side shown, the mark, the flipper's countdown
+    PaperSheet *m_card;                        ///< the card on which the two sides lie
+    std::array<RichTextBox *, 2> RichTextBox1; ///< front and back; one of them is visible
+    QWidget *Picture1;                         ///< holds the focus, so that no caret shows in the text
+
+    Module1 &m_module;
+    FlashCardSession m_session;
+};
