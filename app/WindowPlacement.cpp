@@ -5,6 +5,7 @@
 #include "platform/Twips.h"
 
 #include <QEvent>
+#include <QGuiApplication>
 #include <QScreen>
 #include <QWidget>
 #include <QWindow>
@@ -25,8 +26,23 @@ WindowState stateOf(const QWidget &window)
     return window.isMaximized() ? Maximised : Normal;
 }
 
-/// Gives a window its outer size when it is first seen: only then is it known
-/// how thick the frame is that the desktop puts around it.
+/// The frame that the desktop puts around a window, as far as it is known yet:
+/// that of \p window once it is seen, before that the frame of any other.
+QMargins knownFrame(const QWidget &window)
+{
+    if (window.isVisible() && window.windowHandle() != nullptr) {
+        return window.windowHandle()->frameMargins();
+    }
+    for (const QWindow *other : QGuiApplication::topLevelWindows()) {
+        if (other->isVisible() && !other->frameMargins().isNull()) {
+            return other->frameMargins();
+        }
+    }
+    return {};
+}
+
+/// Gives a window its outer size. How thick its frame is, is known for certain
+/// only when the window is seen.
 class FrameFitter final : public QObject
 {
 public:
@@ -43,7 +59,7 @@ public:
     {
         // The first activation comes after the frame, and before the learner can resize.
         if (event->type() == QEvent::WindowActivate) {
-            if (m_window.windowState() == Qt::WindowNoState || m_window.windowState() == Qt::WindowActive) {
+            if (!m_window.isMaximized() && !m_window.isMinimized()) {
                 fit();
             }
             m_window.removeEventFilter(this);
@@ -53,12 +69,7 @@ public:
     }
 
 private:
-    void fit()
-    {
-        m_window.winId(); // makes the native window, which has the frame
-        const QMargins frame = m_window.windowHandle()->frameMargins();
-        m_window.resize(m_outer.shrunkBy(frame));
-    }
+    void fit() { m_window.resize(m_outer.shrunkBy(knownFrame(m_window))); }
 
     QWidget &m_window;
     QSize m_outer;
@@ -79,10 +90,7 @@ void restorePlacement(QWidget &window, const SettingsStore &settings, const QStr
         const double height = settings.number(section, heightKey, toTwips(outer.height()));
         outer = {toPixels(width), toPixels(height)};
     });
-    window.resize(outer);
-    if (!window.isMaximized()) {
-        new FrameFitter(window, outer); // the window's own child
-    }
+    new FrameFitter(window, outer); // the window's own child
 }
 
 void savePlacement(const QWidget &window, SettingsStore &settings, const QString &section)

@@ -5,6 +5,8 @@
 #include "platform/ClickSound.h"
 
 #include <QApplication>
+#include <QIcon>
+#include <QTimer>
 
 namespace {
 
@@ -25,5 +27,7 @@ int main(int argc, char **argv)
 
     Module1 module;
     (new frmOpen(module, [&] { showMainWindow(module); }))->show(); // deletes itself when it closes
+    QTimer::singleShot(0, &application,
+                       [] { QApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/cramlet.svg"))); });
     return QApplication::exec();
 }

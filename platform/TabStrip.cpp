@@ -9,13 +9,16 @@
 #include <QToolButton>
 #include <QWheelEvent>
 
+#include <algorithm>
+
 namespace {
 
 constexpr int roundness = 6;
 constexpr int sidePadding = 14;
 constexpr int topPadding = 5;
 constexpr int bottomPadding = 5;
-constexpr int rise = 2; // how far the selected tab stands above the others
+constexpr int widestCaption = 220; // pixels; a longer one is cut off with "..."
+constexpr int rise = 2;            // how far the selected tab stands above the others
 
 /// A divider's outline, open at the bottom where the page is.
 QPainterPath outline(const QRectF &tab)
@@ -123,7 +126,7 @@ QSize TabStrip::tabSizeHint(int position) const
     QFont bold = font();
     bold.setBold(true);
     const QFontMetrics metrics(bold);
-    return {metrics.horizontalAdvance(keyedCaption(position)) + 2 * sidePadding,
+    return {std::min(metrics.horizontalAdvance(keyedCaption(position)), widestCaption) + 2 * sidePadding,
             metrics.height() + topPadding + bottomPadding + rise};
 }
 
@@ -166,7 +169,8 @@ void TabStrip::paintTab(QPainter &painter, int position) const
     painter.setFont(caption);
     painter.setPen(colors.color(isTabEnabled(position) ? QPalette::Active : QPalette::Disabled, QPalette::WindowText));
     const QRect textArea = bounds.adjusted(0, rise + topPadding, 0, -bottomPadding);
-    painter.drawText(textArea, Qt::AlignCenter | Qt::TextSingleLine, keyedCaption(position));
+    painter.drawText(textArea, Qt::AlignCenter | Qt::TextSingleLine,
+                     painter.fontMetrics().elidedText(keyedCaption(position), Qt::ElideRight, widestCaption));
 
     if (selected && hasFocus()) {
         painter.setPen(QPen(colors.color(QPalette::Highlight), 2));

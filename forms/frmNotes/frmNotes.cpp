@@ -8,6 +8,7 @@
 #include "forms/frmOptions/frmOptions.h"
 #include "platform/ClickSound.h"
 #include "platform/CommonDialogs.h"
+#include "platform/ElidedLabel.h"
 #include "platform/PaperSheet.h"
 #include "platform/RichTextBox.h"
 #include "platform/TabStrip.h"
@@ -71,7 +72,7 @@ QString cardCountLine(int count)
 frmNotes::frmNotes(Module1 &module)
     : NotebookPage(page)
     , Image1(makeControlArray<ImageButton, 9>(this, QLatin1String("Image1")))
-    , Label1(makeControl<QLabel>(this, QLatin1String("Label1")))
+    , Label1(makeControl<ElidedLabel>(this, QLatin1String("Label1")))
     , TabStrip1(makeControl<TabStrip>(this, QLatin1String("TabStrip1")))
     , m_sheet(new PaperSheet(this))
     , RichTextBox1(makeControl<RichTextBox>(m_sheet, QLatin1String("RichTextBox1")))
@@ -88,7 +89,6 @@ frmNotes::frmNotes(Module1 &module)
         Image1.at(later)->setEnabled(false);
     }
     Label1->setFont(notebookFont(18));
-    Label1->setTextFormat(Qt::PlainText);
     TabStrip1->setToolTip(QStringLiteral("Select your topic"));
     RichTextBox1->setLocked(true);
     RichTextBox1->setFrameShape(QFrame::NoFrame);
@@ -102,6 +102,7 @@ frmNotes::frmNotes(Module1 &module)
 
     connectCommands();
     LoadTopics();
+    TabStrip1->setFocus(); // where the arrow keys leaf through the topics
 }
 
 void frmNotes::layOut()
@@ -137,6 +138,7 @@ void frmNotes::layOut()
     tabRow->addWidget(TabStrip1);
 
     auto *sheetRows = new QVBoxLayout(m_sheet);
+    sheetRows->setSpacing(toPixels(120));
     sheetRows->addWidget(RichTextBox1);
     sheetRows->addWidget(StatusBar1);
 

@@ -5,6 +5,7 @@
 
 #include <array>
 
+class ElidedLabel;
 class ImageButton;
 class PaperSheet;
 class QLabel;
@@ -45,7 +46,7 @@ private:
     void openAnotherSubject();
 
     std::array<ImageButton *, 9> Image1; ///< the commands, see Command in the source
-    QLabel *Label1;                      ///< the selected topic's name
+    ElidedLabel *Label1;                 ///< the selected topic's name
     TabStrip *TabStrip1;                 ///< the topics
     PaperSheet *m_sheet;                 ///< the page that the tabs belong to
     RichTextBox *RichTextBox1;           ///< the selected topic's notes

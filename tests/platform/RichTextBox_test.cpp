@@ -297,4 +297,49 @@ TEST(RichTextBoxLook, TextWithoutAColourTakesThePapersInkAndColouredTextKeepsIts
     }
 }
 
+/// Where the first line of the text begins, in the box's own pixels.
+int topOfText(const RichTextBox &box)
+{
+    return box.viewport()->geometry().top() + box.cursorRect(QTextCursor(box.document())).top();
+}
+
+class CenteredBox : public testing::Test
+{
+protected:
+    CenteredBox()
+    {
+        box.setCentered(true);
+        box.resize(300, 200);
+        box.show();
+    }
+
+    RichTextBox box;
+};
+
+TEST_F(CenteredBox, AShortTextStandsInTheMiddleAlsoAfterResizing)
+{
+    box.setTextRtf(QStringLiteral("{\\rtf1 one\\par two\\par}"));
+    for (const int height : {200, 320, 120}) {
+        box.resize(300, height);
+        const int above = topOfText(box);
+        const int below = box.height() - above - qRound(box.document()->size().height());
+        EXPECT_NEAR(above, below, 8) << height;
+        EXPECT_GT(above, 10) << height;
+    }
+}
+
+TEST_F(CenteredBox, ALongTextBeginsAtTheTopAndScrolls)
+{
+    QString lines;
+    for (int line = 0; line < 100; ++line) {
+        lines += QStringLiteral("line\\par ");
+    }
+    box.setTextRtf(QStringLiteral("{\\rtf1 %1}").arg(lines));
+    EXPECT_LT(topOfText(box), 12);
+    EXPECT_GT(box.verticalScrollBar()->maximum(), 0);
+    box.setTextRtf(QStringLiteral("{\\rtf1 short\\par}"));
+    EXPECT_GT(topOfText(box), 60) << "and the next short text is in the middle again";
+    EXPECT_EQ(box.verticalScrollBar()->maximum(), 0);
+}
+
 } // namespace

@@ -223,6 +223,16 @@ TEST_F(SettingsStoreTest, AFullDiskIsNoticedAndTheNextWriteWorks)
     EXPECT_TRUE(contents().contains("Height=3"));
 }
 
+TEST_F(SettingsStoreTest, SeveralKeysAreWrittenAtOnce)
+{
+    SettingsStore settings;
+    settings.write(QStringLiteral("Notes"), {{QStringLiteral("Width"), QStringLiteral("9315")},
+                                             {QStringLiteral("Height"), QStringLiteral("6105")}});
+    const SettingsStore reopened;
+    EXPECT_EQ(reopened.text(QStringLiteral("Notes"), QStringLiteral("Width")), QStringLiteral("9315"));
+    EXPECT_EQ(reopened.text(QStringLiteral("Notes"), QStringLiteral("Height")), QStringLiteral("6105"));
+}
+
 TEST_F(SettingsStoreTest, TwoStoresOfOneProgramSeeTheSameSettings)
 {
     SettingsStore one;

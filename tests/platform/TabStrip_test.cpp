@@ -241,6 +241,15 @@ TEST(TabStripLook, TheSelectedTabIsPartOfThePageBelowAndTheOthersAreNot)
     }
 }
 
+TEST(TabStripLook, ALongCaptionIsKeptWholeInATabOfReasonableWidth)
+{
+    TabStrip strip;
+    const QString longest(255, QLatin1Char('W'));
+    strip.addKeyedTab(QStringLiteral("Key1"), longest);
+    EXPECT_EQ(strip.keyedCaption(0), longest);
+    EXPECT_LT(strip.tabRect(0).width(), 300);
+}
+
 TEST(TabStripLook, IsSetInTheNotebooksFont)
 {
     EXPECT_EQ(TabStrip().font().family(), QStringLiteral("Comic Sans MS"));
