@@ -33,7 +33,7 @@ QString samplesFolder()
     if (runsFromBuildTree()) {
         return QCoreApplication::applicationDirPath();
     }
-    const QString own =
+    QString own =
         QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + QStringLiteral("/Cramlet");
     QDir().mkpath(own);
     const QDir installed(programFolder());

@@ -62,18 +62,24 @@ private:
     static ca_context *newContext()
     {
         ca_context *context = nullptr;
-        if (ca_context_create(&context) != CA_SUCCESS) return nullptr;
+        if (ca_context_create(&context) != CA_SUCCESS) {
+            return nullptr;
+        }
         ca_context_change_props(context, CA_PROP_APPLICATION_NAME, "Cramlet", nullptr);
         // Without a sound card, ALSA would fill stderr with its complaints.
         const bool chosen = std::getenv("CANBERRA_DRIVER") != nullptr;
-        if (!chosen && !std::filesystem::exists("/dev/snd")) ca_context_set_driver(context, "pulse");
+        if (!chosen && !std::filesystem::exists("/dev/snd")) {
+            ca_context_set_driver(context, "pulse");
+        }
         return context;
     }
 
     bool play(ca_context *context, const std::string &file)
     {
         ca_proplist *properties = nullptr;
-        if (ca_proplist_create(&properties) != CA_SUCCESS) return false;
+        if (ca_proplist_create(&properties) != CA_SUCCESS) {
+            return false;
+        }
         ca_proplist_sets(properties, CA_PROP_MEDIA_FILENAME, file.c_str());
         ca_proplist_sets(properties, CA_PROP_MEDIA_ROLE, "event");
         ca_proplist_sets(properties, CA_PROP_EVENT_DESCRIPTION, "Click");
@@ -135,7 +141,9 @@ void setClickFile(const QString &path)
 
 void playClick()
 {
-    if (clickFile().empty()) return;
+    if (clickFile().empty()) {
+        return;
+    }
     struct Sound
     {
         // Never deleted: its thread may still be waiting for a sound server when the program ends.

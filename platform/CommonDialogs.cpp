@@ -31,15 +31,19 @@ int ask(QWidget *parent, const Question &question, const QString &text, const QS
 
 Answer answerOf(int button)
 {
-    if (button == QMessageBox::Yes) return Answer::Yes;
+    if (button == QMessageBox::Yes) {
+        return Answer::Yes;
+    }
     return button == QMessageBox::No ? Answer::No : Answer::Cancel;
 }
 
 QString folderOf(const QString &near)
 {
     const QFileInfo info(near);
-    const QString folder = info.isDir() ? info.absoluteFilePath() : info.absolutePath();
-    if (!near.isEmpty() && QFileInfo(folder).isDir()) return folder;
+    QString folder = info.isDir() ? info.absoluteFilePath() : info.absolutePath();
+    if (!near.isEmpty() && QFileInfo(folder).isDir()) {
+        return folder;
+    }
 
     const QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
     return QFileInfo(documents).isDir() ? documents : QStandardPaths::writableLocation(QStandardPaths::HomeLocation);
@@ -54,13 +58,17 @@ void setUpForSubjects(QFileDialog &dialog)
 
 std::optional<QString> runFileDialog(QFileDialog &dialog)
 {
-    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return std::nullopt;
+    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) {
+        return std::nullopt;
+    }
     return QFileInfo(dialog.selectedFiles().constFirst()).absoluteFilePath();
 }
 
 bool mayReplace(QWidget *parent, const QString &path, const QString &title)
 {
-    if (!QFileInfo::exists(path)) return true;
+    if (!QFileInfo::exists(path)) {
+        return true;
+    }
     const QString question =
         QStringLiteral("The file \"%1\" already exists.\nDo you want to replace it?").arg(QFileInfo(path).fileName());
     return ask(parent, {QMessageBox::Warning, yesNo, QMessageBox::No, QMessageBox::No}, question, title) ==
@@ -103,7 +111,9 @@ std::optional<QString> askText(QWidget *parent, const QString &prompt, const QSt
     }
     dialog.resize(qMax(dialog.sizeHint().width(), dialog.fontMetrics().averageCharWidth() * 48),
                   dialog.sizeHint().height());
-    if (dialog.exec() != QDialog::Accepted) return std::nullopt;
+    if (dialog.exec() != QDialog::Accepted) {
+        return std::nullopt;
+    }
     return dialog.textValue();
 }
 
@@ -125,8 +135,10 @@ std::optional<QString> askSaveSubject(QWidget *parent, const QString &title, con
     // Some desktops' dialogs would ask about the name as it was typed, before it gets its ending.
     dialog.setOption(QFileDialog::DontConfirmOverwrite);
     for (;;) {
-        const std::optional<QString> path = runFileDialog(dialog);
-        if (!path || mayReplace(parent, *path, title)) return path;
+        std::optional<QString> path = runFileDialog(dialog);
+        if (!path || mayReplace(parent, *path, title)) {
+            return path;
+        }
         dialog.selectFile(*path);
     }
 }

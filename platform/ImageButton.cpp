@@ -43,9 +43,13 @@ void makeUnavailable(QImage &image)
 QImage renderPicture(const PictureKey &key)
 {
     const QString path = QStringLiteral(":/icons/%1.svg").arg(key.name);
-    if (!QFile::exists(path)) return {};
+    if (!QFile::exists(path)) {
+        return {};
+    }
     QSvgRenderer renderer(path);
-    if (!renderer.isValid()) return {};
+    if (!renderer.isValid()) {
+        return {};
+    }
 
     QImage image(key.edge, key.edge, QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::transparent);
@@ -53,7 +57,9 @@ QImage renderPicture(const PictureKey &key)
     renderer.setAspectRatioMode(Qt::KeepAspectRatio);
     renderer.render(&painter, QRectF(image.rect()));
     painter.end();
-    if (!key.enabled) makeUnavailable(image);
+    if (!key.enabled) {
+        makeUnavailable(image);
+    }
     return image;
 }
 

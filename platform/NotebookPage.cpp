@@ -151,7 +151,9 @@ void NotebookPage::paintEvent(QPaintEvent *)
     for (int i = 0; i < countRuledLines(m_ruling.firstLine, pageHeight); ++i) {
         page.ruledLine(m_ruling.firstLine + PageRuling::lineSpacing * i);
     }
-    if (m_ruling.marginLine) page.marginLine(PageRuling::marginAt);
+    if (m_ruling.marginLine) {
+        page.marginLine(PageRuling::marginAt);
+    }
     for (const QRectF &hole : holes) {
         if (m_ruling.binding == PageRuling::Binding::ThreeHoles) {
             page.ringHole(hole);
@@ -165,7 +167,7 @@ void NotebookPage::paintEvent(QPaintEvent *)
 QFont notebookFont(double points)
 {
     static const QString family = [] {
-        const QString wanted = QStringLiteral("Comic Sans MS");
+        QString wanted = QStringLiteral("Comic Sans MS");
         QFont::insertSubstitutions(wanted, {QStringLiteral("Comic Neue"), QGuiApplication::font().family()});
         return wanted;
     }();

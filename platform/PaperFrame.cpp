@@ -20,7 +20,9 @@ public:
     bool eventFilter(QObject *object, QEvent *event) override
     {
         auto *box = qobject_cast<QAbstractScrollArea *>(object);
-        if (event->type() != QEvent::Paint || box == nullptr) return false;
+        if (event->type() != QEvent::Paint || box == nullptr) {
+            return false;
+        }
 
         QPainter painter(box);
         const double line = box->frameShape() == QFrame::NoFrame ? 0 : hairline(painter);

@@ -58,7 +58,9 @@ QColor faintInk(const QColor &ink, const QColor &paper, const QColor &base)
     QColor faint = ink;
     for (double share = 0.05; share < 0.6; share += 0.05) {
         const QColor fainter = mix(ink, paper, share);
-        if (contrastRatio(fainter, paper) < readable || contrastRatio(fainter, base) < readable) break;
+        if (contrastRatio(fainter, paper) < readable || contrastRatio(fainter, base) < readable) {
+            break;
+        }
         faint = fainter;
     }
     return faint;

@@ -16,7 +16,9 @@ namespace {
 bool looksLikeRtf(const QString &text)
 {
     QStringView start(text);
-    if (start.startsWith(QChar::ByteOrderMark)) start = start.mid(1);
+    if (start.startsWith(QChar::ByteOrderMark)) {
+        start = start.mid(1);
+    }
     start = start.trimmed();
     return start.startsWith(QLatin1String("{\\rtf")) || start.startsWith(QLatin1String("{\\urtf"));
 }
@@ -126,7 +128,9 @@ void RichTextBox::mousePressEvent(QMouseEvent *event)
 void RichTextBox::keyPressEvent(QKeyEvent *event)
 {
     // Alt with a letter is a command, and no letter to be typed.
-    if (!isLocked() && event->modifiers() == Qt::AltModifier && !event->text().isEmpty()) return;
+    if (!isLocked() && event->modifiers() == Qt::AltModifier && !event->text().isEmpty()) {
+        return;
+    }
     QTextEdit::keyPressEvent(event);
 }
 

@@ -57,13 +57,17 @@ QString SettingsStore::text(const QString &section, const QString &key, const QS
 double SettingsStore::number(const QString &section, const QString &key, double absent) const
 {
     const QVariant value = m_file.value(keyPath(section, key));
-    if (!value.isValid()) return absent;
+    if (!value.isValid()) {
+        return absent;
+    }
 
     static const QRegularExpression decimal(QStringLiteral(R"(^\s*[+-]?(\d+\.?\d*|\.\d+)\s*$)"));
     const QString stored = storedText(value);
     bool isNumber = decimal.match(stored).hasMatch();
     const double number = isNumber ? stored.trimmed().toDouble(&isNumber) : 0;
-    if (!isNumber) throw SettingTypeMismatch(section, key, stored, m_file.fileName());
+    if (!isNumber) {
+        throw SettingTypeMismatch(section, key, stored, m_file.fileName());
+    }
     return number;
 }
 

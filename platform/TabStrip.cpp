@@ -49,7 +49,9 @@ TabStrip::TabStrip(QWidget *parent)
     setUsesScrollButtons(true);
     setFocusPolicy(Qt::StrongFocus);
     connect(this, &QTabBar::currentChanged, this, [this] {
-        if (!m_quiet) Q_EMIT chosen();
+        if (!m_quiet) {
+            Q_EMIT chosen();
+        }
     });
 }
 
@@ -81,7 +83,9 @@ void TabStrip::removeAllTabs()
 
 void TabStrip::select(int position)
 {
-    if (position < 0 || position >= count()) return;
+    if (position < 0 || position >= count()) {
+        return;
+    }
     if (position == currentIndex()) {
         Q_EMIT chosen();
     } else {
@@ -97,7 +101,9 @@ QString TabStrip::selectedKey() const
 int TabStrip::positionOf(const QString &key) const
 {
     for (int position = 0; position < count(); ++position) {
-        if (tabData(position).toString() == key) return position;
+        if (tabData(position).toString() == key) {
+            return position;
+        }
     }
     return -1;
 }
@@ -107,7 +113,9 @@ void TabStrip::mousePressEvent(QMouseEvent *event)
     const bool again = event->button() == Qt::LeftButton && currentIndex() >= 0 &&
                        tabAt(event->position().toPoint()) == currentIndex();
     QTabBar::mousePressEvent(event);
-    if (again) Q_EMIT chosen();
+    if (again) {
+        Q_EMIT chosen();
+    }
 }
 
 void TabStrip::wheelEvent(QWheelEvent *event)
@@ -117,7 +125,9 @@ void TabStrip::wheelEvent(QWheelEvent *event)
     const int steps = turn.y() != 0 ? turn.y() : turn.x();
     const auto *name = steps > 0 ? "ScrollLeftButton" : "ScrollRightButton";
     auto *button = findChild<QToolButton *>(QLatin1String(name));
-    if (steps != 0 && button != nullptr && button->isVisible() && button->isEnabled()) button->click();
+    if (steps != 0 && button != nullptr && button->isVisible() && button->isEnabled()) {
+        button->click();
+    }
     event->accept();
 }
 
@@ -140,12 +150,16 @@ void TabStrip::paintEvent(QPaintEvent *)
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     for (int position = count() - 1; position >= 0; --position) {
-        if (position != currentIndex()) paintTab(painter, position);
+        if (position != currentIndex()) {
+            paintTab(painter, position);
+        }
     }
     const double line = hairline(painter);
     const QRectF foot = onDevicePixels(painter, rect());
     painter.fillRect(QRectF(foot.left(), foot.bottom() - line, foot.width(), line), palette().color(QPalette::Dark));
-    if (currentIndex() >= 0) paintTab(painter, currentIndex());
+    if (currentIndex() >= 0) {
+        paintTab(painter, currentIndex());
+    }
 }
 
 void TabStrip::paintTab(QPainter &painter, int position) const

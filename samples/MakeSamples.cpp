@@ -37,11 +37,13 @@ constexpr TextStyle cardStyle{.pointSize = 20, .alignment = Qt::AlignHCenter, .s
 void trimParagraph(const QTextBlock &block)
 {
     QTextCursor cursor(block);
-    while (block.text().startsWith(QLatin1Char(' ')))
+    while (block.text().startsWith(QLatin1Char(' '))) {
         cursor.deleteChar();
+    }
     cursor.movePosition(QTextCursor::EndOfBlock);
-    while (block.text().endsWith(QLatin1Char(' ')))
+    while (block.text().endsWith(QLatin1Char(' '))) {
         cursor.deletePreviousChar();
+    }
 }
 
 void setParagraphs(QTextDocument &document, const TextStyle &style)
@@ -52,11 +54,15 @@ void setParagraphs(QTextDocument &document, const TextStyle &style)
         const bool insideList = block.textList() && block.next().textList();
         format.setTopMargin(0);
         format.setBottomMargin(insideList ? 0 : style.spaceAfter);
-        if (!format.hasProperty(QTextFormat::BlockAlignment)) format.setAlignment(style.alignment);
+        if (!format.hasProperty(QTextFormat::BlockAlignment)) {
+            format.setAlignment(style.alignment);
+        }
         QTextCursor cursor(block);
         cursor.setBlockFormat(format);
         // A bullet is as large as its text.
-        if (block.textList()) cursor.setBlockCharFormat(block.begin().fragment().charFormat());
+        if (block.textList()) {
+            cursor.setBlockCharFormat(block.begin().fragment().charFormat());
+        }
     }
 }
 

@@ -40,16 +40,22 @@ public:
 
     std::vector<SampleTopic> readSubject()
     {
-        if (!nextChild() || m_xml.name() != QLatin1String("subject")) fail(QStringLiteral("the source is no subject"));
+        if (!nextChild() || m_xml.name() != QLatin1String("subject")) {
+            fail(QStringLiteral("the source is no subject"));
+        }
         refuseAttributes();
         std::vector<SampleTopic> topics;
         while (nextChild()) {
             expect(QLatin1String("topic"));
             topics.push_back(readTopic());
         }
-        if (topics.empty()) fail(QStringLiteral("the subject has no topics"));
+        if (topics.empty()) {
+            fail(QStringLiteral("the subject has no topics"));
+        }
         // What follows the root is read too: it may be malformed.
-        if (nextChild()) failUnknownElement();
+        if (nextChild()) {
+            failUnknownElement();
+        }
         return topics;
     }
 
@@ -66,19 +72,25 @@ private:
                 topic.cards.push_back(readCard());
             }
         }
-        if (topic.notes.isEmpty()) fail(QStringLiteral("the topic '%1' has no notes").arg(topic.name), line);
-        if (topic.cards.empty()) fail(QStringLiteral("the topic '%1' has no cards").arg(topic.name), line);
+        if (topic.notes.isEmpty()) {
+            fail(QStringLiteral("the topic '%1' has no notes").arg(topic.name), line);
+        }
+        if (topic.cards.empty()) {
+            fail(QStringLiteral("the topic '%1' has no cards").arg(topic.name), line);
+        }
         return topic;
     }
 
     QString readTopicName()
     {
         const QXmlStreamAttributes attributes = m_xml.attributes();
-        const QString name = attributes.value(QLatin1String("name")).toString();
-        if (attributes.size() != 1 || name.trimmed().isEmpty())
+        QString name = attributes.value(QLatin1String("name")).toString();
+        if (attributes.size() != 1 || name.trimmed().isEmpty()) {
             fail(QStringLiteral("a topic has a name, and no other attribute"));
-        if (name.toUcs4().size() > maxTopicNameLength)
+        }
+        if (name.toUcs4().size() > maxTopicNameLength) {
             fail(QStringLiteral("the topic's name is longer than %1 characters").arg(maxTopicNameLength));
+        }
         return name;
     }
 
@@ -95,8 +107,12 @@ private:
                 readTextOnce(card.back);
             }
         }
-        if (card.front.isEmpty()) fail(QStringLiteral("the card has no front"), line);
-        if (card.back.isEmpty()) fail(QStringLiteral("the card has no back"), line);
+        if (card.front.isEmpty()) {
+            fail(QStringLiteral("the card has no front"), line);
+        }
+        if (card.back.isEmpty()) {
+            fail(QStringLiteral("the card has no back"), line);
+        }
         return card;
     }
 
@@ -105,8 +121,12 @@ private:
         refuseAttributes();
         const QString name = m_xml.name().toString();
         const qint64 line = m_xml.lineNumber();
-        if (!text.isEmpty()) fail(QStringLiteral("a second <%1>").arg(name));
-        if (!readText(text)) fail(QStringLiteral("<%1> is empty").arg(name), line);
+        if (!text.isEmpty()) {
+            fail(QStringLiteral("a second <%1>").arg(name));
+        }
+        if (!readText(text)) {
+            fail(QStringLiteral("<%1> is empty").arg(name), line);
+        }
     }
 
     /// Appends the contents of the current element to \p html. Returns whether they say anything.
@@ -118,11 +138,15 @@ private:
             if (m_xml.isStartElement()) {
                 const QString name = m_xml.name().toString();
                 html += openingTag();
-                if (readText(html)) saysAnything = true;
+                if (readText(html)) {
+                    saysAnything = true;
+                }
                 html += QStringLiteral("</%1>").arg(name);
             } else if (m_xml.isCharacters()) {
                 html += m_xml.text().toString().toHtmlEscaped();
-                if (!m_xml.text().trimmed().isEmpty()) saysAnything = true;
+                if (!m_xml.text().trimmed().isEmpty()) {
+                    saysAnything = true;
+                }
             }
         }
         return saysAnything;
@@ -134,14 +158,18 @@ private:
         const QStringView name = m_xml.name();
         const auto element = std::ranges::find_if(
             textElements, [name](const TextElement &known) { return name == QLatin1String(known.name); });
-        if (element == textElements.end()) failUnknownElement();
+        if (element == textElements.end()) {
+            failUnknownElement();
+        }
         QString tag = QLatin1Char('<') + name.toString();
         for (const QXmlStreamAttribute &attribute : m_xml.attributes()) {
-            if (!element->attribute || attribute.name() != QLatin1String(element->attribute))
+            if (!element->attribute || attribute.name() != QLatin1String(element->attribute)) {
                 failUnknownAttribute(attribute);
+            }
             const QRegularExpression values(QRegularExpression::anchoredPattern(QLatin1String(element->values)));
-            if (!values.match(attribute.value().toString()).hasMatch())
+            if (!values.match(attribute.value().toString()).hasMatch()) {
                 fail(QStringLiteral("%1=\"%2\" is not understood").arg(attribute.name(), attribute.value()));
+            }
             tag += QStringLiteral(" %1=\"%2\"").arg(attribute.name(), attribute.value());
         }
         return tag + QLatin1Char('>');
@@ -153,27 +181,40 @@ private:
         for (;;) {
             m_xml.readNext();
             refuseMalformed();
-            if (m_xml.isStartElement()) return true;
-            if (m_xml.isEndElement() || m_xml.isEndDocument()) return false;
-            if (m_xml.isCharacters() && !m_xml.isWhitespace())
+            if (m_xml.isStartElement()) {
+                return true;
+            }
+            if (m_xml.isEndElement() || m_xml.isEndDocument()) {
+                return false;
+            }
+            if (m_xml.isCharacters() && !m_xml.isWhitespace()) {
                 fail(QStringLiteral("text stands where only elements may"));
+            }
         }
     }
 
     void refuseMalformed()
     {
-        if (m_xml.hasError()) fail(m_xml.errorString());
-        if (m_xml.isDTD()) fail(QStringLiteral("a document type is not understood"));
+        if (m_xml.hasError()) {
+            fail(m_xml.errorString());
+        }
+        if (m_xml.isDTD()) {
+            fail(QStringLiteral("a document type is not understood"));
+        }
     }
 
     void refuseAttributes()
     {
-        if (!m_xml.attributes().isEmpty()) failUnknownAttribute(m_xml.attributes().first());
+        if (!m_xml.attributes().isEmpty()) {
+            failUnknownAttribute(m_xml.attributes().first());
+        }
     }
 
     void expect(QLatin1String name)
     {
-        if (m_xml.name() != name) failUnknownElement();
+        if (m_xml.name() != name) {
+            failUnknownElement();
+        }
     }
 
     [[noreturn]] void failUnknownElement() { fail(QStringLiteral("<%1> is not understood here").arg(m_xml.name())); }
@@ -199,7 +240,8 @@ private:
 std::vector<SampleTopic> readSampleSource(const QString &path)
 {
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
+    if (!file.open(QIODevice::ReadOnly)) {
         throw SampleError(QStringLiteral("%1: %2").arg(path, file.errorString()).toStdString());
+    }
     return SourceReader(path, file).readSubject();
 }

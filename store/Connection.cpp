@@ -29,8 +29,9 @@ public:
     bool step() { return m_statement.executeStep(); }
     void finish()
     {
-        while (step())
+        while (step()) {
             ;
+        }
     }
 
 private:
@@ -40,15 +41,19 @@ private:
 template <typename Function>
 void forEachField(const TableDefinition &table, FieldMask fields, Function function)
 {
-    for (std::size_t position = 0; position < table.fields.size(); ++position)
-        if ((fields >> position & 1) != 0) function(position);
+    for (std::size_t position = 0; position < table.fields.size(); ++position) {
+        if ((fields >> position & 1) != 0) {
+            function(position);
+        }
+    }
 }
 
 std::string selectSql(const TableDefinition &table)
 {
     std::string sql;
-    for (const FieldDefinition &field : table.fields)
+    for (const FieldDefinition &field : table.fields) {
         sql.append(sql.empty() ? "SELECT " : ", ").append(quotedName(field.name));
+    }
     return sql + " FROM " + quotedName(table.name) + " WHERE rowid = ?";
 }
 
@@ -76,7 +81,9 @@ std::string insertSql(const TableDefinition &table, FieldMask fields, bool keyIs
         names.append(names.empty() ? "" : ", ").append(quotedName(name));
         values.append(values.empty() ? "" : ", ").append(value);
     };
-    if (!keyIsRowId) append("Index", "(SELECT coalesce(max(\"Index\"), 0) + 1 FROM " + quotedName(table.name) + ")");
+    if (!keyIsRowId) {
+        append("Index", "(SELECT coalesce(max(\"Index\"), 0) + 1 FROM " + quotedName(table.name) + ")");
+    }
     forEachField(table, fields, [&](std::size_t position) { append(table.fields[position].name, "?"); });
     const std::string into = "INSERT INTO " + quotedName(table.name);
     return names.empty() ? into + " DEFAULT VALUES" : into + " (" + names + ") VALUES (" + values + ")";
@@ -147,7 +154,9 @@ void Connection::close() noexcept
 
 void Connection::requireOpen() const
 {
-    if (!isOpen()) throw StoreError(Reason::NotNow, 0, m_path, "the subject is closed");
+    if (!isOpen()) {
+        throw StoreError(Reason::NotNow, 0, m_path, "the subject is closed");
+    }
 }
 
 // The engine ends a transaction by itself when the disk fails. What would be
@@ -155,14 +164,18 @@ void Connection::requireOpen() const
 void Connection::requireWritable() const
 {
     requireOpen();
-    if (m_inTransaction && sqlite3_get_autocommit(m_database.engine->getHandle()) != 0)
+    if (m_inTransaction && sqlite3_get_autocommit(m_database.engine->getHandle()) != 0) {
         throw StoreError(Reason::NotNow, SQLITE_ABORT_ROLLBACK, m_path, "the transaction was undone by a failure");
+    }
 }
 
 Connection::TableId Connection::tableNamed(std::string_view name) const
 {
-    for (TableId table = 0; table < subjectTables.size(); ++table)
-        if (sameName(name, subjectTables[table].name)) return table;
+    for (TableId table = 0; table < subjectTables.size(); ++table) {
+        if (sameName(name, subjectTables[table].name)) {
+            return table;
+        }
+    }
     throw StoreError(Reason::Engine, SQLITE_ERROR, m_path, "no such table: " + std::string(name));
 }
 
@@ -174,7 +187,9 @@ std::vector<Key> Connection::keys(const std::string &sql)
         SQLite::Statement select(*m_database.engine, sql);
         while (select.executeStep()) {
             const std::int64_t key = select.getColumn(0).getInt64();
-            if (!isKey(key)) throw StoreError(Reason::Damaged, 0, m_path, "a row's key is out of range");
+            if (!isKey(key)) {
+                throw StoreError(Reason::Damaged, 0, m_path, "a row's key is out of range");
+            }
             keys.push_back(static_cast<Key>(key));
         }
         return keys;
@@ -199,9 +214,12 @@ bool Connection::readRow(TableId table, Key key, Row &row)
         SQLite::Statement &select = preparedSelect(table);
         Run run(select);
         select.bind(1, key);
-        if (!run.step()) return false;
-        for (std::size_t position = 0; position < subjectTables[table].fields.size(); ++position)
+        if (!run.step()) {
+            return false;
+        }
+        for (std::size_t position = 0; position < subjectTables[table].fields.size(); ++position) {
             read(select.getColumn(static_cast<int>(position)), row[position]);
+        }
         return true;
     });
 }
@@ -249,7 +267,9 @@ Key Connection::insertRow(TableId table, const Row &row, FieldMask fields)
 void Connection::begin()
 {
     requireOpen();
-    if (m_inTransaction) throw StoreError(Reason::NotNow, 0, m_path, "a transaction is open already");
+    if (m_inTransaction) {
+        throw StoreError(Reason::NotNow, 0, m_path, "a transaction is open already");
+    }
     withStoreErrors(m_path, [&] { m_database.engine->exec("BEGIN IMMEDIATE"); });
     m_inTransaction = true;
 }
@@ -265,28 +285,37 @@ void Connection::rollback() noexcept
 {
     ++m_generation;
     m_inTransaction = false;
-    if (isOpen() && sqlite3_get_autocommit(m_database.engine->getHandle()) == 0) m_database.engine->tryExec("ROLLBACK");
+    if (isOpen() && sqlite3_get_autocommit(m_database.engine->getHandle()) == 0) {
+        m_database.engine->tryExec("ROLLBACK");
+    }
 }
 
 SQLite::Statement &Connection::preparedSelect(TableId table)
 {
     StatementPtr &select = m_statements[table].select;
-    if (!select) select = std::make_unique<SQLite::Statement>(*m_database.engine, selectSql(subjectTables[table]));
+    if (!select) {
+        select = std::make_unique<SQLite::Statement>(*m_database.engine, selectSql(subjectTables[table]));
+    }
     return *select;
 }
 
 SQLite::Statement &Connection::preparedDelete(TableId table)
 {
     StatementPtr &remove = m_statements[table].remove;
-    if (!remove) remove = std::make_unique<SQLite::Statement>(*m_database.engine, deleteSql(subjectTables[table]));
+    if (!remove) {
+        remove = std::make_unique<SQLite::Statement>(*m_database.engine, deleteSql(subjectTables[table]));
+    }
     return *remove;
 }
 
 SQLite::Statement &Connection::preparedUpdate(TableId table, FieldMask fields)
 {
     std::vector<PreparedWrite> &updates = m_statements[table].updates;
-    for (const PreparedWrite &update : updates)
-        if (update.fields == fields) return *update.statement;
+    for (const PreparedWrite &update : updates) {
+        if (update.fields == fields) {
+            return *update.statement;
+        }
+    }
     const std::string sql = updateSql(subjectTables[table], fields);
     updates.push_back({fields, std::make_unique<SQLite::Statement>(*m_database.engine, sql)});
     return *updates.back().statement;
@@ -295,8 +324,11 @@ SQLite::Statement &Connection::preparedUpdate(TableId table, FieldMask fields)
 SQLite::Statement &Connection::preparedInsert(TableId table, FieldMask fields)
 {
     std::vector<PreparedWrite> &inserts = m_statements[table].inserts;
-    for (const PreparedWrite &insert : inserts)
-        if (insert.fields == fields) return *insert.statement;
+    for (const PreparedWrite &insert : inserts) {
+        if (insert.fields == fields) {
+            return *insert.statement;
+        }
+    }
     const std::string sql = insertSql(subjectTables[table], fields, m_database.keyIsRowId[table]);
     inserts.push_back({fields, std::make_unique<SQLite::Statement>(*m_database.engine, sql)});
     return *inserts.back().statement;

@@ -34,7 +34,9 @@ int toNumber(const FieldValue &value)
 {
     constexpr int lowest = std::numeric_limits<int>::min();
     constexpr int highest = std::numeric_limits<int>::max();
-    if (value.kind == Kind::Integer) return static_cast<int>(std::clamp<std::int64_t>(value.integer, lowest, highest));
+    if (value.kind == Kind::Integer) {
+        return static_cast<int>(std::clamp<std::int64_t>(value.integer, lowest, highest));
+    }
     const double number = toReal(value);
     return number == number ? static_cast<int>(std::clamp<double>(number, lowest, highest)) : 0;
 }
@@ -91,7 +93,9 @@ void RecordSet::State::refuseGone() const
 
 Key RecordSet::State::currentKey() const
 {
-    if (place != Place::OnRow) refuse(Reason::NoCurrentRow, "no current row");
+    if (place != Place::OnRow) {
+        refuse(Reason::NoCurrentRow, "no current row");
+    }
     return keys[static_cast<std::size_t>(position)];
 }
 
@@ -100,12 +104,16 @@ std::size_t RecordSet::State::fieldAt(const FieldRef &field) const
     const auto fields = subjectTables[table].fields;
     if (field.isPosition()) {
         const auto at = static_cast<std::size_t>(field.position());
-        if (at < fields.size()) return at;
+        if (at < fields.size()) {
+            return at;
+        }
         refuse(Reason::OutOfRange, "no field number " + std::to_string(field.position()));
     }
     const auto named = std::ranges::find_if(
         fields, [&](const FieldDefinition &definition) { return sameName(definition.name, field.name()); });
-    if (named == fields.end()) refuse(Reason::OutOfRange, "no field \"" + std::string(field.name()) + "\"");
+    if (named == fields.end()) {
+        refuse(Reason::OutOfRange, "no field \"" + std::string(field.name()) + "\"");
+    }
     return static_cast<std::size_t>(named - fields.begin());
 }
 
@@ -113,12 +121,18 @@ const FieldValue &RecordSet::State::valueOf(const FieldRef &field)
 {
     requireOpen();
     const std::size_t at = fieldAt(field);
-    if ((setFields & bitOf(at)) != 0) return edited[at];
-    if (pending == Pending::Add) return nullValue;
+    if ((setFields & bitOf(at)) != 0) {
+        return edited[at];
+    }
+    if (pending == Pending::Add) {
+        return nullValue;
+    }
     const Key key = currentKey();
     if (!isRowRead || generation != connection->generation()) {
         isRowRead = false;
-        if (!connection->readRow(table, key, row)) refuseGone();
+        if (!connection->readRow(table, key, row)) {
+            refuseGone();
+        }
         isRowRead = true;
         generation = connection->generation();
     }
@@ -129,11 +143,16 @@ FieldValue &RecordSet::State::newValueOf(const FieldRef &field, std::initializer
 {
     requireOpen();
     const std::size_t at = fieldAt(field);
-    if (pending == Pending::None) refuse(Reason::NotNow, "a field is set without edit or add");
+    if (pending == Pending::None) {
+        refuse(Reason::NotNow, "a field is set without edit or add");
+    }
     const FieldDefinition &definition = subjectTables[table].fields[at];
-    if (definition.type == FieldType::Key) refuse(Reason::Refused, "keys are given by the engine");
-    if (std::ranges::find(acceptedBy, definition.type) == acceptedBy.end())
+    if (definition.type == FieldType::Key) {
+        refuse(Reason::Refused, "keys are given by the engine");
+    }
+    if (std::ranges::find(acceptedBy, definition.type) == acceptedBy.end()) {
         refuse(Reason::Refused, "wrong kind of value for " + std::string(definition.name));
+    }
     setFields |= bitOf(at);
     return edited[at];
 }
@@ -150,25 +169,29 @@ RecordSet::~RecordSet() = default;
 void RecordSet::moveFirst()
 {
     m_state->requireOpen();
-    if (m_state->count() > 0)
+    if (m_state->count() > 0) {
         m_state->moveTo(State::Place::OnRow, 0);
-    else
+    } else {
         m_state->dropPending();
+    }
 }
 
 void RecordSet::moveLast()
 {
     m_state->requireOpen();
-    if (m_state->count() > 0)
+    if (m_state->count() > 0) {
         m_state->moveTo(State::Place::OnRow, m_state->count() - 1);
-    else
+    } else {
         m_state->dropPending();
+    }
 }
 
 void RecordSet::moveNext()
 {
     m_state->requireOpen();
-    if (isEndOfSet()) m_state->refuse(Reason::NoCurrentRow, "there is no row after the end");
+    if (isEndOfSet()) {
+        m_state->refuse(Reason::NoCurrentRow, "there is no row after the end");
+    }
     int next = m_state->position;
     switch (m_state->place) {
     case State::Place::Begin: next = 0; break;
@@ -182,7 +205,9 @@ void RecordSet::moveNext()
 void RecordSet::movePrevious()
 {
     m_state->requireOpen();
-    if (isBeginOfSet()) m_state->refuse(Reason::NoCurrentRow, "there is no row before the begin");
+    if (isBeginOfSet()) {
+        m_state->refuse(Reason::NoCurrentRow, "there is no row before the begin");
+    }
     const int next = m_state->place == State::Place::End ? m_state->count() - 1 : m_state->position - 1;
     m_state->moveTo(next >= 0 ? State::Place::OnRow : State::Place::Begin, next);
 }
@@ -210,8 +235,9 @@ int RecordSet::absolutePosition() const noexcept
 void RecordSet::setAbsolutePosition(int position)
 {
     m_state->requireOpen();
-    if (position < 0 || position >= m_state->count())
+    if (position < 0 || position >= m_state->count()) {
         m_state->refuse(Reason::OutOfRange, "no row at position " + std::to_string(position));
+    }
     m_state->moveTo(State::Place::OnRow, position);
 }
 
@@ -281,16 +307,20 @@ void RecordSet::update()
 {
     State &state = *m_state;
     state.requireOpen();
-    if (state.pending == State::Pending::None) state.refuse(Reason::NotNow, "update without edit or add");
+    if (state.pending == State::Pending::None) {
+        state.refuse(Reason::NotNow, "update without edit or add");
+    }
     if (state.pending == State::Pending::Add) {
-        if (state.keys.size() == state.keys.capacity())
+        if (state.keys.size() == state.keys.capacity()) {
             state.keys.reserve(std::max<std::size_t>(16, state.keys.size() * 2)); // nothing may fail once it is stored
+        }
         state.keys.push_back(state.connection->insertRow(state.table, state.edited, state.setFields));
         state.lastModified = state.keys.back();
     } else {
         const Key key = state.currentKey();
-        if (state.setFields != 0 && !state.connection->updateRow(state.table, key, state.edited, state.setFields))
+        if (state.setFields != 0 && !state.connection->updateRow(state.table, key, state.edited, state.setFields)) {
             state.refuseGone();
+        }
         state.lastModified = key;
     }
     state.hasLastModified = true;
@@ -305,7 +335,9 @@ void RecordSet::cancelUpdate() noexcept
 RecordSet::Bookmark RecordSet::lastModified() const
 {
     m_state->requireOpen();
-    if (!m_state->hasLastModified) m_state->refuse(Reason::NotNow, "nothing was updated yet");
+    if (!m_state->hasLastModified) {
+        m_state->refuse(Reason::NotNow, "nothing was updated yet");
+    }
     return m_state->lastModified;
 }
 
@@ -315,7 +347,9 @@ void RecordSet::setBookmark(Bookmark row)
     state.requireOpen();
     // From the end: the row wanted is mostly the one just added.
     const auto found = std::find(state.keys.rbegin(), state.keys.rend(), row);
-    if (found == state.keys.rend()) state.refuseGone();
+    if (found == state.keys.rend()) {
+        state.refuseGone();
+    }
     state.moveTo(State::Place::OnRow, static_cast<int>(state.keys.rend() - found) - 1);
 }
 
@@ -323,7 +357,9 @@ void RecordSet::remove()
 {
     State &state = *m_state;
     state.requireOpen();
-    if (!state.connection->deleteRow(state.table, state.currentKey())) state.refuseGone();
+    if (!state.connection->deleteRow(state.table, state.currentKey())) {
+        state.refuseGone();
+    }
     state.keys.erase(state.keys.begin() + state.position);
     state.moveTo(State::Place::InGap, state.position);
 }

@@ -70,8 +70,9 @@ std::string columnDefinition(const FieldDefinition &field)
 std::string createTable(const TableDefinition &table)
 {
     std::string sql;
-    for (const FieldDefinition &field : table.fields)
+    for (const FieldDefinition &field : table.fields) {
         sql.append(sql.empty() ? "(" : ", ").append(columnDefinition(field));
+    }
     return "CREATE TABLE " + quotedName(table.name) + " " + sql + ")";
 }
 
@@ -82,8 +83,9 @@ void writeSchema(const fs::path &path)
     SQLite::Transaction transaction(engine, SQLite::TransactionBehavior::EXCLUSIVE);
     engine.exec("PRAGMA application_id = " + std::to_string(subjectApplicationId));
     engine.exec("PRAGMA user_version = " + std::to_string(subjectSchemaVersion));
-    for (const TableDefinition &table : subjectTables)
+    for (const TableDefinition &table : subjectTables) {
         engine.exec(createTable(table));
+    }
     transaction.commit();
 }
 
@@ -101,22 +103,29 @@ public:
 
     SubjectDatabase open()
     {
-        if (m_hasJournal) refuseStrangerWithJournal();
+        if (m_hasJournal) {
+            refuseStrangerWithJournal();
+        }
 
         m_result.engine = std::make_unique<SQLite::Database>(shownPath(m_file), openFlags, busyTimeoutMs);
         SQLite::Database &engine = *m_result.engine;
-        if (sqlite3_db_readonly(engine.getHandle(), "main") != 0)
+        if (sqlite3_db_readonly(engine.getHandle(), "main") != 0) {
             refuse(Reason::ReadOnly, "the file may not be written");
+        }
         sqlite3_db_config(engine.getHandle(), SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
         sqlite3_db_config(engine.getHandle(), SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
-        if (m_hasLog) keepLog(engine);
+        if (m_hasLog) {
+            keepLog(engine);
+        }
 
         engine.exec("BEGIN");
         requireSubject(engine);
         const bool usesLog = engine.execAndGet("PRAGMA journal_mode").getString() == "wal";
         engine.exec("COMMIT");
 
-        if (usesLog || m_hasLog) leaveLog(engine);
+        if (usesLog || m_hasLog) {
+            leaveLog(engine);
+        }
         engine.exec("PRAGMA synchronous = FULL");
         return std::move(m_result);
     }
@@ -137,14 +146,17 @@ private:
         for (const char c : shownPath(m_file)) {
             constexpr char digits[] = "0123456789ABCDEF";
             const auto byte = static_cast<unsigned char>(c);
-            if (byte <= ' ' || byte >= 0x7f || c == '%' || c == '?' || c == '#')
+            if (byte <= ' ' || byte >= 0x7f || c == '%' || c == '?' || c == '#') {
                 uri.append({'%', digits[byte >> 4], digits[byte & 15]});
-            else
+            } else {
                 uri += c;
+            }
         }
         try {
             SQLite::Database engine(uri + "?immutable=1", SQLITE_OPEN_READONLY | SQLITE_OPEN_URI);
-            if (engine.execAndGet("SELECT count(*) FROM sqlite_schema").getInt() == 0) return;
+            if (engine.execAndGet("SELECT count(*) FROM sqlite_schema").getInt() == 0) {
+                return;
+            }
             requireKnownVersion(engine);
             requireTables(engine);
         } catch (const SQLite::Exception &) {
@@ -162,9 +174,12 @@ private:
     // Folds the log into the file for good, so that the one file is the whole subject.
     void leaveLog(SQLite::Database &engine)
     {
-        if (engine.execAndGet("PRAGMA journal_mode = DELETE").getString() != "delete")
+        if (engine.execAndGet("PRAGMA journal_mode = DELETE").getString() != "delete") {
             refuse(Reason::Locked, "the file is in use with a write-ahead log");
-        if (!m_hasLog) return;
+        }
+        if (!m_hasLog) {
+            return;
+        }
         sqlite3_db_config(engine.getHandle(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 0, nullptr);
         std::error_code ignored;
         fs::remove(sideFile(m_file, "-shm"), ignored);
@@ -175,15 +190,18 @@ private:
     void requireSubject(SQLite::Database &engine)
     {
         requireKnownVersion(engine);
-        if (!m_hasLog) requireWholeFile(engine);
+        if (!m_hasLog) {
+            requireWholeFile(engine);
+        }
         requireTables(engine);
     }
 
     void requireKnownVersion(SQLite::Database &engine) const
     {
         if (pragma(engine, "application_id") == subjectApplicationId &&
-            pragma(engine, "user_version") > subjectSchemaVersion)
+            pragma(engine, "user_version") > subjectSchemaVersion) {
             refuse(Reason::TooNew, "the file was written by a later version of the program");
+        }
     }
 
     // The engine itself counts a last page that is cut off as a whole one.
@@ -191,7 +209,9 @@ private:
     {
         const auto pages = static_cast<std::uint64_t>(pragma(engine, "page_count"));
         const auto pageSize = static_cast<std::uint64_t>(pragma(engine, "page_size"));
-        if (fileSize(m_file) < pages * pageSize) refuse(Reason::Damaged, "the end of the file is missing");
+        if (fileSize(m_file) < pages * pageSize) {
+            refuse(Reason::Damaged, "the end of the file is missing");
+        }
     }
 
     void requireTables(SQLite::Database &engine)
@@ -203,12 +223,14 @@ private:
             const TableDefinition &definition = subjectTables[table];
             columns.bind(1, std::string(definition.name));
             for (const FieldDefinition &field : definition.fields) {
-                if (!columns.executeStep() || !sameName(columns.getColumn(0).getString(), field.name))
+                if (!columns.executeStep() || !sameName(columns.getColumn(0).getString(), field.name)) {
                     refuse(Reason::NotASubject,
                            "the file has no table " + std::string(definition.name) + " with the fields of a subject");
-                if (field.type == FieldType::Key)
+                }
+                if (field.type == FieldType::Key) {
                     m_result.keyIsRowId[table] =
                         sameName(columns.getColumn(1).getString(), "INTEGER") && columns.getColumn(2).getInt() == 1;
+                }
             }
             columns.reset();
         }

@@ -49,7 +49,9 @@ fs::path folderOf(const fs::path &path)
 
 void requireWritableFolder(const fs::path &folder, const fs::path &path)
 {
-    if (!isAllowed(folder, W_OK | X_OK)) refuse(Reason::ReadOnly, path, "the folder is write-protected");
+    if (!isAllowed(folder, W_OK | X_OK)) {
+        refuse(Reason::ReadOnly, path, "the folder is write-protected");
+    }
 }
 
 } // namespace
@@ -63,28 +65,48 @@ std::string shownPath(const fs::path &path)
 fs::path requireSubjectPath(const fs::path &path)
 {
     struct stat status = {};
-    if (::stat(path.c_str(), &status) != 0) refuseForErrno(errno, path);
-    if (!S_ISREG(status.st_mode)) refuse(Reason::NotAFile, path, "not a file");
-    if (!isAllowed(path, R_OK)) refuse(Reason::NoPermission, path, "the file may not be read");
-    if (status.st_size == 0) refuse(Reason::EmptyFile, path, "the file is empty");
-    if (!isAllowed(path, W_OK)) refuse(Reason::ReadOnly, path, "the file is write-protected");
+    if (::stat(path.c_str(), &status) != 0) {
+        refuseForErrno(errno, path);
+    }
+    if (!S_ISREG(status.st_mode)) {
+        refuse(Reason::NotAFile, path, "not a file");
+    }
+    if (!isAllowed(path, R_OK)) {
+        refuse(Reason::NoPermission, path, "the file may not be read");
+    }
+    if (status.st_size == 0) {
+        refuse(Reason::EmptyFile, path, "the file is empty");
+    }
+    if (!isAllowed(path, W_OK)) {
+        refuse(Reason::ReadOnly, path, "the file is write-protected");
+    }
 
     std::error_code error;
     fs::path real = fs::canonical(path, error);
-    if (error) refuseForErrno(error.value(), path);
+    if (error) {
+        refuseForErrno(error.value(), path);
+    }
     requireWritableFolder(real.parent_path(), path);
     return real;
 }
 
 void requirePlaceForSubject(const fs::path &path)
 {
-    if (!path.has_filename()) refuse(Reason::NotAFile, path, "no file name");
+    if (!path.has_filename()) {
+        refuse(Reason::NotAFile, path, "no file name");
+    }
     const fs::path folder = folderOf(path);
     struct stat status = {};
-    if (::stat(folder.c_str(), &status) != 0) refuseForErrno(errno, path);
+    if (::stat(folder.c_str(), &status) != 0) {
+        refuseForErrno(errno, path);
+    }
     if (::stat(path.c_str(), &status) == 0) {
-        if (!S_ISREG(status.st_mode)) refuse(Reason::NotAFile, path, "there is something else than a file");
-        if (!isAllowed(path, W_OK)) refuse(Reason::ReadOnly, path, "the file is write-protected");
+        if (!S_ISREG(status.st_mode)) {
+            refuse(Reason::NotAFile, path, "there is something else than a file");
+        }
+        if (!isAllowed(path, W_OK)) {
+            refuse(Reason::ReadOnly, path, "the file is write-protected");
+        }
     } else if (errno != ENOENT) {
         refuseForErrno(errno, path);
     }
@@ -97,7 +119,9 @@ void removeSubject(const fs::path &path)
     for (const char *suffix : {"", "-journal", "-wal", "-shm"}) {
         std::error_code error;
         fs::remove(sideFile(path, suffix), error);
-        if (error) refuseForErrno(error.value(), path);
+        if (error) {
+            refuseForErrno(error.value(), path);
+        }
     }
 }
 

@@ -57,7 +57,9 @@ int SubjectStore::execute(std::string_view statement)
 
 void SubjectStore::close() noexcept
 {
-    if (m_connection) m_connection->close();
+    if (m_connection) {
+        m_connection->close();
+    }
 }
 
 Transaction::Transaction(SubjectStore &store)
@@ -68,12 +70,16 @@ Transaction::Transaction(SubjectStore &store)
 
 Transaction::~Transaction()
 {
-    if (m_connection) m_connection->rollback();
+    if (m_connection) {
+        m_connection->rollback();
+    }
 }
 
 void Transaction::commit()
 {
-    if (!m_connection) throw StoreError(StoreError::Reason::NotNow, 0, {}, "the transaction is committed already");
+    if (!m_connection) {
+        throw StoreError(StoreError::Reason::NotNow, 0, {}, "the transaction is committed already");
+    }
     m_connection->commit();
     m_connection.reset();
 }

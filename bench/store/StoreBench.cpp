@@ -29,7 +29,9 @@ constexpr int autoCommits = 50;
 
 void require(bool holds, const char *what)
 {
-    if (holds) return;
+    if (holds) {
+        return;
+    }
     std::fprintf(stderr, "%s\n", what);
     std::exit(EXIT_FAILURE);
 }
@@ -95,8 +97,9 @@ void comparePair(const char *thing, int operations, const Action &store, const A
     const int repeats = std::clamp(static_cast<int>(shortestSample / microseconds(bare)), 1, 1000);
     const auto sample = [&](const Action &action) {
         return microseconds([&] {
-            for (int i = 0; i < repeats; ++i)
+            for (int i = 0; i < repeats; ++i) {
                 action();
+            }
         });
     };
     std::vector<double> ofStore;
@@ -158,8 +161,9 @@ void openBare(const fs::path &path)
                                   "WHERE t.type = 'table' AND t.name = ? COLLATE NOCASE ORDER BY c.cid");
     for (const char *table : {"Topics", "FlashCards"}) {
         sqlite3_bind_text(columns, 1, table, -1, SQLITE_STATIC);
-        while (sqlite3_step(columns) == SQLITE_ROW)
+        while (sqlite3_step(columns) == SQLITE_ROW) {
             ;
+        }
         sqlite3_reset(columns);
     }
     engine.run("PRAGMA journal_mode; COMMIT; PRAGMA synchronous = FULL");
@@ -168,8 +172,9 @@ void openBare(const fs::path &path)
 std::vector<int> keysOf(sqlite3_stmt *select)
 {
     std::vector<int> keys;
-    while (sqlite3_step(select) == SQLITE_ROW)
+    while (sqlite3_step(select) == SQLITE_ROW) {
         keys.push_back(sqlite3_column_int(select, 0));
+    }
     sqlite3_reset(select);
     return keys;
 }
@@ -231,8 +236,9 @@ void benchSelections(SubjectStore &store, sqlite3 *engine, int cards)
         "count a topic's cards (us)", 1, [&] { openSet(cardsOfTopic(1)); },
         [&] {
             int rows = 0;
-            while (sqlite3_step(natural) == SQLITE_ROW)
+            while (sqlite3_step(natural) == SQLITE_ROW) {
                 ++rows;
+            }
             sqlite3_reset(natural);
             require(rows == cards, "cards are missing");
         });
@@ -254,12 +260,14 @@ void benchReading(RecordSet &set, sqlite3 *engine, const std::vector<int> &keys,
     comparePair(
         "walk: next row and its front (us/row)", cards,
         [&] {
-            for (set.moveFirst(); !set.isEndOfSet(); set.moveNext())
+            for (set.moveFirst(); !set.isEndOfSet(); set.moveNext()) {
                 require(set.text(CardField::Front).size() == bytesPerSide, "a text is missing");
+            }
         },
         [&] {
-            for (const int key : keys)
+            for (const int key : keys) {
                 require(reader.front(key).size() == bytesPerSide, "a text is missing");
+            }
         });
 
     std::vector<int> positions(1000);
@@ -274,9 +282,10 @@ void benchReading(RecordSet &set, sqlite3 *engine, const std::vector<int> &keys,
             }
         },
         [&] {
-            for (const int position : positions)
+            for (const int position : positions) {
                 require(reader.front(keys[static_cast<std::size_t>(position)]).size() == bytesPerSide,
                         "a text is missing");
+            }
         });
 }
 
@@ -383,13 +392,17 @@ void bench(const fs::path &folder, int cards)
 int main(int argc, char **argv)
 {
     std::vector<int> sizes;
-    for (int argument = 1; argument < argc; ++argument)
+    for (int argument = 1; argument < argc; ++argument) {
         sizes.push_back(std::max(autoCommits, std::atoi(argv[argument])));
-    if (sizes.empty()) sizes = {1'000, 10'000, 100'000};
+    }
+    if (sizes.empty()) {
+        sizes = {1'000, 10'000, 100'000};
+    }
 
     std::string folder = (fs::temp_directory_path() / "bench-store-XXXXXX").string();
     require(::mkdtemp(folder.data()) != nullptr, "cannot make a folder");
-    for (const int cards : sizes)
+    for (const int cards : sizes) {
         bench(folder, cards);
+    }
     fs::remove_all(folder);
 }

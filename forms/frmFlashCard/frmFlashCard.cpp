@@ -3,6 +3,7 @@
 #include "app/Chance.h"
 #include "app/CommandGuard.h"
 #include "app/WindowPlacement.h"
+#include "forms/CommandBar.h"
 #include "forms/Controls.h"
 #include "platform/ClickSound.h"
 #include "platform/CommonDialogs.h"
@@ -16,6 +17,8 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QScrollBar>
+
+#include <vector>
 
 namespace {
 
@@ -130,14 +133,6 @@ void frmFlashCard::layOut()
     captions->addWidget(Label1[MarkShown]);
     captions->addWidget(Image1[MarkToo]);
 
-    auto *bar = new QWidget(this); // the command bar, down to the first ruled line
-    auto *barRows = new QVBoxLayout(bar);
-    barRows->setContentsMargins(0, toPixels(60), 0, 0);
-    barRows->setSpacing(0);
-    barRows->addLayout(commands);
-    barRows->addLayout(captions);
-    bar->setFixedHeight(toPixels(page.firstLine));
-
     m_card->setShape(PaperSheet::Shape::IndexCard);
     auto *sides = new QGridLayout(m_card);
     for (RichTextBox *pane : RichTextBox1) {
@@ -157,8 +152,15 @@ void frmFlashCard::layOut()
     auto *rows = new QVBoxLayout(this);
     rows->setContentsMargins(toPixels(PageRuling::marginAt + 180), 0, toPixels(240), toPixels(180));
     rows->setSpacing(toPixels(120));
-    rows->addWidget(bar);
+    rows->addWidget(makeCommandBar(this, {commands, captions}));
     rows->addLayout(around, 1);
+
+    std::vector<QWidget *> inTabOrder{Picture1};
+    for (const Command command :
+         {Mark, Shuffle, Options, Help, Flipper, Exit, MarkToo, FlipUp, Previous, Next, FlipDown}) {
+        inTabOrder.push_back(Image1.at(command));
+    }
+    chainTabOrder(inTabOrder);
 }
 
 void frmFlashCard::connectCommands()

@@ -2,6 +2,7 @@
 
 #include "app/CommandGuard.h"
 #include "app/WindowPlacement.h"
+#include "forms/CommandBar.h"
 #include "forms/Controls.h"
 #include "forms/frmFlashCard/frmFlashCard.h"
 #include "forms/frmOpen/frmOpen.h"
@@ -125,13 +126,8 @@ void frmNotes::layOut()
     commands->addStretch();
     addGroup(programGroup);
 
-    auto *bar = new QWidget(this); // the command bar, down to the first ruled line
-    auto *barRows = new QVBoxLayout(bar);
-    barRows->setContentsMargins(0, toPixels(60), 0, 0);
-    barRows->setSpacing(0);
-    barRows->addLayout(commands);
-    barRows->addWidget(Label1);
-    bar->setFixedHeight(toPixels(page.firstLine));
+    auto *titleRow = new QHBoxLayout;
+    titleRow->addWidget(Label1);
 
     auto *tabRow = new QHBoxLayout;
     tabRow->setContentsMargins(0, 0, PaperSheet::shadowDepth, 0);
@@ -145,7 +141,7 @@ void frmNotes::layOut()
     auto *rows = new QVBoxLayout(this);
     rows->setContentsMargins(toPixels(PageRuling::marginAt + 180), 0, toPixels(300), toPixels(240));
     rows->setSpacing(0);
-    rows->addWidget(bar);
+    rows->addWidget(makeCommandBar(this, {commands, titleRow}));
     rows->addSpacing(toPixels(120));
     rows->addLayout(tabRow);
     rows->addWidget(m_sheet, 1);

@@ -84,6 +84,7 @@ frmOpen::frmOpen(Module1 &module, std::function<void()> show, QWidget *parent)
         });
     }
     for (const int option : {NewSubject, OpenSubject}) {
+        Image1.at(static_cast<std::size_t>(option))->setFocusPolicy(Qt::NoFocus); // its option has the focus
         connect(Image1.at(static_cast<std::size_t>(option)), &ImageButton::clicked, this, [this, option] {
             QRadioButton *chosen = Option1.at(static_cast<std::size_t>(option));
             chosen->setChecked(true);

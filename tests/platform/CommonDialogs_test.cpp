@@ -50,12 +50,18 @@ private:
     {
         lookSoon();
         QWidget *window = QApplication::activeModalWidget();
-        if (window == nullptr || !window->isVisible()) m_seen = nullptr;
-        if (window == m_seen) return;
+        if (window == nullptr || !window->isVisible()) {
+            m_seen = nullptr;
+        }
+        if (window == m_seen) {
+            return;
+        }
         m_seen = window;
         if (m_done < m_deeds.size()) {
             m_deeds[m_done++](*window);
-            if (!window->isVisible()) m_seen = nullptr; // the next one may have the same address
+            if (!window->isVisible()) {
+                m_seen = nullptr; // the next one may have the same address
+            }
         } else {
             ADD_FAILURE() << "unexpected window";
             window->close();

@@ -29,7 +29,9 @@ QVector<int> rowsOf(const QImage &image, int column, QRgb color)
 {
     QVector<int> rows;
     for (int row = 0; row < image.height(); ++row) {
-        if (image.pixel(column, row) == color) rows.append(row);
+        if (image.pixel(column, row) == color) {
+            rows.append(row);
+        }
     }
     return rows;
 }
@@ -142,7 +144,9 @@ TEST(NotebookPage, ASpiralHasItsNineteenBlackHolesWithWireToTheEdge)
         int wire = 0;
         for (int row = qRound((hole.top() - 60) * pixel); row < qRound((hole.top() + 60) * pixel); ++row) {
             const QRgb color = image.pixel(0, row);
-            if (color != white && color != blue) ++wire;
+            if (color != white && color != blue) {
+                ++wire;
+            }
         }
         EXPECT_GT(wire, 4) << "the wire goes around the page's edge";
     }

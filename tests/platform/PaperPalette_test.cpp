@@ -110,7 +110,9 @@ TEST(PaperPalette, LeavesNoRoleToTheDesktop)
     const QPalette onPaper = paperPalette(Qt::white).resolve(desktop);
     EXPECT_EQ(onPaper, paperPalette(Qt::white));
     for (int role = 0; role < QPalette::NColorRoles; ++role) {
-        if (role == QPalette::NoRole) continue;
+        if (role == QPalette::NoRole) {
+            continue;
+        }
         EXPECT_TRUE(paperPalette(Qt::white).isBrushSet(QPalette::Active, static_cast<QPalette::ColorRole>(role)))
             << role;
     }

@@ -1,6 +1,7 @@
 #include "platform/NotebookPage.h"
 #include "platform/PaperPalette.h"
 #include "platform/RichTextBox.h"
+#include "tests/support/KeyWindow.h"
 
 #include <QKeyEvent>
 #include <QScrollBar>
@@ -16,18 +17,6 @@ namespace {
 
 const QString redRtf = QStringLiteral(
     "{\\rtf1\\ansi{\\colortbl ;\\red192\\green0\\blue0;}\\pard plain \\cf1 red\\cf0  \\b bold\\b0\\par}");
-
-class KeyWindow : public QWidget
-{
-public:
-    QVector<int> keys;
-
-protected:
-    void keyPressEvent(QKeyEvent *event) override
-    {
-        if (event->key() != Qt::Key_Alt) keys.append(event->key());
-    }
-};
 
 class RichTextBoxTest : public testing::Test
 {
@@ -276,7 +265,9 @@ QColor inkAt(RichTextBox &box, int position)
     for (int y = 0; y < image.height(); ++y) {
         for (int x = 0; x < image.width(); ++x) {
             const QColor color = image.pixelColor(x, y);
-            if (contrastRatio(color, ground) > contrastRatio(ink, ground)) ink = color;
+            if (contrastRatio(color, ground) > contrastRatio(ink, ground)) {
+                ink = color;
+            }
         }
     }
     return ink;

@@ -1,5 +1,6 @@
 #include "platform/NotebookPage.h"
 #include "platform/TabStrip.h"
+#include "tests/support/KeyWindow.h"
 
 #include <QKeyEvent>
 #include <QSignalSpy>
@@ -10,18 +11,6 @@
 #include <gtest/gtest.h>
 
 namespace {
-
-class KeyWindow : public QWidget
-{
-public:
-    QVector<int> keys;
-
-protected:
-    void keyPressEvent(QKeyEvent *event) override
-    {
-        if (event->key() != Qt::Key_Alt) keys.append(event->key());
-    }
-};
 
 class TabStripTest : public testing::Test
 {

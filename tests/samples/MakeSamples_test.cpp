@@ -48,8 +48,9 @@ Outcome makeSample(const QStringList &arguments)
 {
     QProcess process;
     process.start(QStringLiteral(MAKESAMPLES), arguments);
-    if (!process.waitForFinished() || process.exitStatus() != QProcess::NormalExit)
+    if (!process.waitForFinished() || process.exitStatus() != QProcess::NormalExit) {
         return {.exitCode = -1, .complaint = process.errorString()};
+    }
     return {.exitCode = process.exitCode(), .complaint = QString::fromUtf8(process.readAllStandardError())};
 }
 
@@ -62,8 +63,9 @@ std::vector<Card> readCards(SubjectStore &store, int topic)
 {
     std::vector<Card> cards;
     CardSet set = store.openRecordSet(cardsOfTopic(topic));
-    for (; !set.isEndOfSet(); set.moveNext())
+    for (; !set.isEndOfSet(); set.moveNext()) {
         cards.push_back({.front = set.text(CardField::Front), .back = set.text(CardField::Back)});
+    }
     return cards;
 }
 
@@ -99,7 +101,9 @@ int countFragments(const QTextDocument &document, const std::function<bool(const
     int count = 0;
     for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
         for (auto fragment = block.begin(); !fragment.atEnd(); ++fragment) {
-            if (matches(fragment.fragment().charFormat())) ++count;
+            if (matches(fragment.fragment().charFormat())) {
+                ++count;
+            }
         }
     }
     return count;
@@ -119,7 +123,9 @@ int countBullets(const QTextDocument &document)
 {
     int count = 0;
     for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
-        if (block.textList() && block.textList()->format().style() == QTextListFormat::ListDisc) ++count;
+        if (block.textList() && block.textList()->format().style() == QTextListFormat::ListDisc) {
+            ++count;
+        }
     }
     return count;
 }
@@ -182,14 +188,16 @@ TEST_P(EverySample, LiesBesideTheProgramInTheBuildTree)
 
 TEST_P(EverySample, HasNotesWorthReadingInEveryTopic)
 {
-    for (const Topic &topic : topics)
+    for (const Topic &topic : topics) {
         EXPECT_GE(plainText(topic.notes).trimmed().size(), 200) << topic.name;
+    }
 }
 
 TEST_P(EverySample, HasEnoughCardsInEveryTopicToStudyItAlone)
 {
-    for (const Topic &topic : topics)
+    for (const Topic &topic : topics) {
         EXPECT_GE(topic.cards.size(), 5U) << topic.name;
+    }
 }
 
 TEST_P(EverySample, HasTextOnBothSidesOfEveryCard)
@@ -248,8 +256,9 @@ TEST_P(EverySample, LeavesTextWithoutAColorToTheWindow)
     const auto isAutomatic = [](const QTextCharFormat &format) { return !isColored(format); };
     for (const Topic &topic : topics) {
         EXPECT_GT(countFragments(*shown(topic.notes), isAutomatic), 0) << topic.name;
-        for (const Card &card : topic.cards)
+        for (const Card &card : topic.cards) {
             EXPECT_EQ(countFragments(*shown(card.front), isColored), 0) << plainText(card.front).toStdString();
+        }
     }
 }
 
@@ -268,8 +277,9 @@ TEST_P(EverySample, AsksForComicSansMsByName)
 TEST_P(EverySample, HasNoBlanksAtTheEndsOfParagraphs)
 {
     forEachText(topics, [](const std::string &rtf) {
-        for (const QString &paragraph : plainText(rtf).split(QLatin1Char('\n')))
+        for (const QString &paragraph : plainText(rtf).split(QLatin1Char('\n'))) {
             EXPECT_EQ(paragraph.toStdString(), paragraph.trimmed().toStdString());
+        }
     });
 }
 
@@ -296,8 +306,9 @@ TEST(UsingCramlet, ToursTheProgramInAtLeastSixTopicsAndThirtyCards)
 {
     const std::vector<Topic> topics = FreshSample(tourName).topics();
     std::size_t cards = 0;
-    for (const Topic &topic : topics)
+    for (const Topic &topic : topics) {
         cards += topic.cards.size();
+    }
     EXPECT_GE(topics.size(), 6U);
     EXPECT_GE(cards, 30U);
 }
@@ -361,7 +372,9 @@ QString stateAskedFor(const QString &front)
     QString found;
     for (const auto &[state, capital] : capitals) {
         const QRegularExpression whole(QStringLiteral("\\b%1\\b").arg(state));
-        if (front.contains(whole) && state.size() > found.size()) found = state;
+        if (front.contains(whole) && state.size() > found.size()) {
+            found = state;
+        }
     }
     return found;
 }

@@ -19,7 +19,9 @@ std::size_t highest = 0;
 [[gnu::noinline]] void *operator new(std::size_t size)
 {
     void *memory = std::malloc(size);
-    if (memory == nullptr) throw std::bad_alloc();
+    if (memory == nullptr) {
+        throw std::bad_alloc();
+    }
     allocated += ::malloc_usable_size(memory);
     highest = std::max(highest, allocated);
     return memory;
@@ -27,7 +29,9 @@ std::size_t highest = 0;
 
 [[gnu::noinline]] void operator delete(void *memory) noexcept
 {
-    if (memory != nullptr) allocated -= ::malloc_usable_size(memory);
+    if (memory != nullptr) {
+        allocated -= ::malloc_usable_size(memory);
+    }
     std::free(memory);
 }
 
@@ -80,8 +84,9 @@ TEST_F(RecordSetMemory, StaysUnder4MiBForASetOver100000Cards)
         RecordSet set = store.openRecordSet(statement);
         ASSERT_EQ(set.recordCount(), cardCount);
         std::size_t bytes = 0;
-        for (; !set.isEndOfSet(); set.moveNext())
+        for (; !set.isEndOfSet(); set.moveNext()) {
             bytes += set.text("Front").size();
+        }
         EXPECT_EQ(bytes, cardCount * std::size_t{300});
 
         const std::size_t own = highest - ownBefore;

@@ -23,8 +23,9 @@ protected:
     static std::string fronts(RecordSet &set)
     {
         std::string all;
-        for (set.moveFirst(); !set.isEndOfSet(); set.moveNext())
+        for (set.moveFirst(); !set.isEndOfSet(); set.moveNext()) {
             all += set.text(CardField::Front);
+        }
         return all;
     }
 
@@ -123,8 +124,9 @@ TEST_F(RecordSetMoves, AWalkMeetsEveryRowBothWays)
     RecordSet set = cardsABC();
     EXPECT_EQ(fronts(set), "ABC");
     std::string backwards;
-    for (set.moveLast(); !set.isBeginOfSet(); set.movePrevious())
+    for (set.moveLast(); !set.isBeginOfSet(); set.movePrevious()) {
         backwards += set.text("Front");
+    }
     EXPECT_EQ(backwards, "CBA");
 }
 
@@ -141,8 +143,9 @@ TEST_F(RecordSetMoves, APositionOutsideTheSetIsOutOfRangeAndMovesNothing)
 {
     RecordSet set = cardsABC();
     set.setAbsolutePosition(1);
-    for (const int position : {-1, 3, std::numeric_limits<int>::min(), std::numeric_limits<int>::max()})
+    for (const int position : {-1, 3, std::numeric_limits<int>::min(), std::numeric_limits<int>::max()}) {
         EXPECT_STORE_ERROR(OutOfRange, set.setAbsolutePosition(position));
+    }
     EXPECT_EQ(set.absolutePosition(), 1);
     EXPECT_EQ(set.text("Front"), "B");
 }
@@ -619,8 +622,9 @@ TEST_F(RecordSetEdits, RefuseATopicNameOfMoreThan255Characters)
     SubjectStore subject(path);
     RecordSet topics = subject.openRecordSet(allTopics());
     std::string name;
-    for (int i = 0; i < 255; ++i)
+    for (int i = 0; i < 255; ++i) {
         name += "ü";
+    }
     topics.addNew();
     topics.setText("Name", name);
     topics.update();
@@ -794,9 +798,10 @@ TEST_F(RecordSetBookmarks, OfRowsOutsideTheSetAreGone)
 {
     RecordSet set = cardsABC();
     set.moveNext();
-    for (const RecordSet::Bookmark row :
-         {RecordSet::Bookmark{0}, RecordSet::Bookmark{4}, RecordSet::Bookmark{-1}, (RecordSet::Bookmark{1} << 32) + 1})
+    for (const RecordSet::Bookmark row : {RecordSet::Bookmark{0}, RecordSet::Bookmark{4}, RecordSet::Bookmark{-1},
+                                          (RecordSet::Bookmark{1} << 32) + 1}) {
         EXPECT_STORE_ERROR(RowGone, set.setBookmark(row));
+    }
     EXPECT_EQ(set.absolutePosition(), 1);
 }
 
@@ -925,8 +930,9 @@ TEST_F(RecordSetTest, AnswersNotNowOnceItsStoreIsClosed)
                                                 [&] { static_cast<void>(set.lastModified()); },
                                                 [&] { set.setBookmark(1); },
                                                 [&] { set.remove(); }};
-    for (const auto &operation : operations)
+    for (const auto &operation : operations) {
         EXPECT_STORE_ERROR(NotNow, operation());
+    }
     set.cancelUpdate();
     EXPECT_EQ(set.recordCount(), 0);
     EXPECT_EQ(set.absolutePosition(), -1);

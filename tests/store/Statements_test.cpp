@@ -57,8 +57,12 @@ protected:
     {
         for (char &c : text) {
             const auto letter = static_cast<unsigned char>(c);
-            if (letters == Case::Upper) c = static_cast<char>(std::toupper(letter));
-            if (letters == Case::Lower) c = static_cast<char>(std::tolower(letter));
+            if (letters == Case::Upper) {
+                c = static_cast<char>(std::toupper(letter));
+            }
+            if (letters == Case::Lower) {
+                c = static_cast<char>(std::tolower(letter));
+            }
         }
         return text;
     }
@@ -71,9 +75,10 @@ protected:
         SQLite::Database raw = otherProgram();
         for (int topic = 1, key = 1; topic <= 3; ++topic) {
             raw.exec("INSERT INTO Topics (Name) VALUES ('Topic')");
-            for (int card = 1; card <= topic; ++card, ++key)
+            for (int card = 1; card <= topic; ++card, ++key) {
                 raw.exec("INSERT INTO FlashCards (NIndex, Marked, Shuffle) VALUES (" + std::to_string(topic) + ", " +
                          std::to_string(card == topic) + ", 1.0 / " + std::to_string(key) + ")");
+            }
         }
     }
 
@@ -82,8 +87,9 @@ protected:
         SubjectStore store(path);
         RecordSet set = store.openRecordSet(statement);
         std::vector<int> keys;
-        for (; !set.isEndOfSet(); set.moveNext())
+        for (; !set.isEndOfSet(); set.moveNext()) {
             keys.push_back(set.number("Index"));
+        }
         return keys;
     }
 };

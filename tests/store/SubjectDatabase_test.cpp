@@ -104,8 +104,9 @@ TEST_F(ARefusedFile, IsRandom)
     std::mt19937 random(7);
     for (const std::size_t size : std::initializer_list<std::size_t>{1, 15, 16, 99, 100, 511, 512, 4096, 100'000}) {
         std::string bytes(size, '\0');
-        for (char &byte : bytes)
+        for (char &byte : bytes) {
             byte = static_cast<char>(random());
+        }
         writeBytes(path, bytes);
         const FileState before = state();
         EXPECT_STORE_ERROR(NotASubject, SubjectStore(path)) << size;
@@ -176,10 +177,11 @@ TEST_F(ARefusedFile, IsTruncated)
           whole.size() - 4096, whole.size() - 100, whole.size() - 1}) {
         writeBytes(path, whole.substr(0, size));
         const FileState before = state();
-        if (size <= 16)
+        if (size <= 16) {
             EXPECT_STORE_ERROR(NotASubject, SubjectStore(path)) << size;
-        else
+        } else {
             EXPECT_STORE_ERROR(Damaged, SubjectStore(path)) << size;
+        }
         expectUntouched(before);
     }
     writeBytes(path, whole);
@@ -209,7 +211,9 @@ TEST_F(ARefusedFile, LiesInAFolderThatMayNotBeEntered)
 {
     createCards(1);
     fs::permissions(folder, fs::perms(0600));
-    if (::geteuid() != 0) fs::permissions(folder, fs::perms::none);
+    if (::geteuid() != 0) {
+        fs::permissions(folder, fs::perms::none);
+    }
     EXPECT_STORE_ERROR_AS_NOBODY(NoPermission, SubjectStore(path));
 }
 
