@@ -57,7 +57,7 @@ QByteArray decoderName(int codePage)
     default: break;
     }
     for (const char *prefix : {"windows-", "IBM"}) {
-        const QByteArray name = prefix + QByteArray::number(codePage);
+        QByteArray name = prefix + QByteArray::number(codePage);
         if (isKnown(name)) {
             return name;
         }

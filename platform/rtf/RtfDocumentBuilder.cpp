@@ -4,16 +4,13 @@
 
 namespace {
 
-/// A list of a document touches all its paragraphs whenever one joins it. Longer
-/// ones are continued in a list of their own, or reading would take quadratic
-/// time. Nobody sees where that happens among bullets; among numbers one does.
-constexpr int maxBullets = 64;
-constexpr int maxNumbers = 512;
-
-int maxLength(const RtfList &list)
-{
-    return list.style == RtfListStyle::Bullet ? maxBullets : maxNumbers;
-}
+/// A list of a document visits all its paragraphs whenever one joins it, so that
+/// long ones take quadratic time. Nobody sees where bullets go on in another
+/// list. Numbers begin again at 1 there, so they stay together as long as a whole
+/// text makes no more visits than this: one list of over 4,000 paragraphs, or two
+/// thousand lists of a hundred.
+constexpr int shortList = 64;
+constexpr std::int64_t maxListVisits = 10'000'000;
 
 } // namespace
 
@@ -101,9 +98,8 @@ void RtfDocumentBuilder::breakParagraph()
     m_cursor.insertBlock(m_paragraphFormat, charFormat(m_mark));
     if (m_paragraph.list.style != RtfListStyle::None) {
         ++m_listLength;
-        if (m_listLength > maxLength(m_listFormat)) {
-            m_paragraphIsKnown = false;
-        }
+        m_listVisits += m_listLength;
+        m_paragraphIsKnown = listMayGrow();
     }
     m_breakIsDue = false;
     m_hasBroken = true;
@@ -138,14 +134,19 @@ void RtfDocumentBuilder::joinList(const RtfList &list)
         m_list = nullptr;
         return;
     }
-    if (m_list != nullptr && m_listFormat == list && m_listLength <= maxLength(list)) {
+    if (m_list != nullptr && m_listFormat == list && listMayGrow()) {
         m_list->add(m_cursor.block());
-        ++m_listLength;
+        m_listVisits += 2 * std::int64_t{m_listLength}; // its new format took it out of the list before
         return;
     }
     m_list = m_cursor.createList(toListFormat(list));
     m_listFormat = list;
     m_listLength = 1;
+}
+
+bool RtfDocumentBuilder::listMayGrow() const
+{
+    return m_listLength <= shortList || (m_listFormat.style != RtfListStyle::Bullet && m_listVisits <= maxListVisits);
 }
 
 const QTextCharFormat &RtfDocumentBuilder::charFormat(const RtfCharacter &format)

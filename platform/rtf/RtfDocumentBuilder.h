@@ -7,6 +7,7 @@
 #include <QTextCursor>
 #include <QTextList>
 
+#include <cstdint>
 #include <unordered_map>
 
 /// Writes paragraphs into a document at a cursor.
@@ -43,6 +44,7 @@ private:
     void applyParagraph(const RtfParagraph &paragraph);
     void applyMark(const RtfCharacter &mark);
     void joinList(const RtfList &list);
+    [[nodiscard]] bool listMayGrow() const;
     const QTextCharFormat &charFormat(const RtfCharacter &format);
 
     QTextCursor &m_cursor;
@@ -67,6 +69,7 @@ private:
     QPointer<QTextList> m_list;
     RtfList m_listFormat;
     int m_listLength = 0;
+    std::int64_t m_listVisits = 0; ///< of paragraphs, by all lists
 
     std::unordered_map<RtfCharacter, QTextCharFormat, RtfCharacterHash> m_charFormats;
 };

@@ -2,6 +2,39 @@
 
 #include <utility>
 
+RtfFontTable::RtfFontTable(RtfCodePages &pages)
+    : m_pages(pages)
+{
+}
+
+void RtfFontTable::apply(RtfEffect effect, int value)
+{
+    if (effect == RtfEffect::Font) {
+        endEntry();
+        beginEntry(value);
+    } else if (effect == RtfEffect::FontCharset) {
+        m_entry.charset = value;
+    } else if (effect == RtfEffect::FontCodePage) {
+        m_entry.codePage = value;
+    }
+}
+
+void RtfFontTable::append(std::string_view bytes)
+{
+    for (std::size_t end = bytes.find(';'); end != std::string_view::npos; end = bytes.find(';')) {
+        m_entry.bytes += bytes.substr(0, end);
+        endEntry();
+        bytes.remove_prefix(end + 1);
+    }
+    m_entry.bytes += bytes;
+}
+
+void RtfFontTable::append(char16_t character)
+{
+    decodeName();
+    m_entry.name += QChar(character);
+}
+
 void RtfFontTable::beginEntry(int number)
 {
     m_entry = Entry{};
@@ -9,30 +42,9 @@ void RtfFontTable::beginEntry(int number)
     m_inEntry = true;
 }
 
-void RtfFontTable::setCharset(int charset)
+void RtfFontTable::endEntry()
 {
-    m_entry.charset = charset;
-}
-
-void RtfFontTable::setCodePage(int codePage)
-{
-    m_entry.codePage = codePage;
-}
-
-void RtfFontTable::appendName(std::string_view bytes)
-{
-    m_entry.bytes += bytes;
-}
-
-void RtfFontTable::appendName(char16_t character, RtfCodePages &pages)
-{
-    decodeName(pages);
-    m_entry.name += QChar(character);
-}
-
-void RtfFontTable::endEntry(RtfCodePages &pages)
-{
-    decodeName(pages);
+    decodeName();
     if (!std::exchange(m_inEntry, false)) {
         return;
     }
@@ -43,18 +55,23 @@ void RtfFontTable::endEntry(RtfCodePages &pages)
     m_placeOfNumber[m_entry.number] = static_cast<int>(m_fonts.size()) - 1;
 }
 
-void RtfFontTable::decodeName(RtfCodePages &pages)
+void RtfFontTable::decodeName()
 {
     const int codePage = codePageOf(m_entry);
     // The name of a symbol font is not written in symbols.
-    m_entry.name += pages.page(codePage == symbolCodePage ? defaultCodePage : codePage).decode(m_entry.bytes);
+    m_entry.name += m_pages.page(codePage == symbolCodePage ? defaultCodePage : codePage).decode(m_entry.bytes);
     m_entry.bytes.clear();
 }
 
-int RtfFontTable::find(int number) const
+int RtfFontTable::find(int number, int otherwise) const
 {
     const auto place = m_placeOfNumber.find(number);
-    return place != m_placeOfNumber.end() ? place->second : -1;
+    return place != m_placeOfNumber.end() ? place->second : otherwise;
+}
+
+const RtfCodePage &RtfFontTable::codePage(int place) const
+{
+    return m_pages.page(place >= 0 ? at(place).codePage : m_documentCodePage);
 }
 
 int RtfFontTable::codePageOf(const Entry &entry) const

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/rtf/RtfCodePages.h"
+#include "platform/rtf/RtfControlWords.h"
 
 #include <QString>
 
@@ -24,23 +25,41 @@ struct RtfFont
 class RtfFontTable
 {
 public:
+    /// \p pages must outlive the table.
+    explicit RtfFontTable(RtfCodePages &pages);
+
     /// \p codePage is what a font without a character set of its own is in.
     void setDocumentCodePage(int codePage) { m_documentCodePage = codePage; }
-    [[nodiscard]] int documentCodePage() const { return m_documentCodePage; }
 
-    void beginEntry(int number);
-    void setCharset(int charset);
-    void setCodePage(int codePage);
-    void appendName(std::string_view bytes);
-    void appendName(char16_t character, RtfCodePages &pages);
-    void endEntry(RtfCodePages &pages);
+    /// \p number is what the document calls its default font, negative for none.
+    /// It need not be defined yet.
+    void setDefault(int number) { m_default = number; }
 
-    /// The place of the font that the document calls \p number, or -1. A place
-    /// stays valid when the number is defined anew.
-    [[nodiscard]] int find(int number) const;
+    /// A word of the table.
+    void apply(RtfEffect effect, int value);
+    /// Text of the table, in the code page of the entry.
+    void append(std::string_view bytes);
+    /// One character of a name.
+    void append(char16_t character);
+    /// The end of an entry, if one is begun.
+    void endEntry();
 
-    /// \p place is one that find() returned.
+    // A place stays valid when the number is defined anew. -1 is the place of the
+    // font that a document has by itself.
+
+    /// The place of the font that the document calls \p number; \p otherwise if
+    /// there is none.
+    [[nodiscard]] int find(int number, int otherwise) const;
+    /// The place of the default font; \p otherwise if none is named or it is not
+    /// defined.
+    [[nodiscard]] int findDefault(int otherwise) const
+    {
+        return m_default >= 0 ? find(m_default, otherwise) : otherwise;
+    }
+    /// The font at \p place, which is not -1.
     [[nodiscard]] const RtfFont &at(int place) const { return m_fonts[static_cast<std::size_t>(place)]; }
+    /// What bytes in the font at \p place are to be decoded by.
+    [[nodiscard]] const RtfCodePage &codePage(int place) const;
 
 private:
     struct Entry
@@ -52,10 +71,13 @@ private:
         std::string bytes; ///< of the name, not yet decoded
     };
 
-    void decodeName(RtfCodePages &pages);
+    void beginEntry(int number);
+    void decodeName();
     [[nodiscard]] int codePageOf(const Entry &entry) const;
 
+    RtfCodePages &m_pages;
     int m_documentCodePage = defaultCodePage;
+    int m_default = -1;
     bool m_inEntry = false;
     Entry m_entry;
     std::deque<RtfFont> m_fonts;

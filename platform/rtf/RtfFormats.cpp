@@ -116,8 +116,12 @@ QTextCharFormat::VerticalAlignment verticalAlignment(const RtfCharacter &charact
 
 RtfScript scriptOf(QTextCharFormat::VerticalAlignment alignment)
 {
-    if (alignment == QTextCharFormat::AlignSuperScript) return RtfScript::Superscript;
-    if (alignment == QTextCharFormat::AlignSubScript) return RtfScript::Subscript;
+    if (alignment == QTextCharFormat::AlignSuperScript) {
+        return RtfScript::Superscript;
+    }
+    if (alignment == QTextCharFormat::AlignSubScript) {
+        return RtfScript::Subscript;
+    }
     return RtfScript::Normal;
 }
 
@@ -201,17 +205,37 @@ QTextCharFormat toCharFormat(const RtfCharacter &character, const RtfFont *font)
         // in which a text counts, but a list of families does not.
         format.setProperty(RtfFontCharset, charsetProperty(font->charset, font->family));
     }
-    if (character.halfPoints > 0) format.setFontPointSize(character.halfPoints / halfPointsPerPoint);
-    if (character.bold) format.setFontWeight(QFont::Bold);
-    if (character.italic) format.setFontItalic(true);
-    if (character.underline) format.setFontUnderline(true);
-    if (character.strike) format.setFontStrikeOut(true);
-    if (character.hidden) format.setProperty(RtfHiddenText, true);
-    if (character.shift != 0) format.setProperty(RtfBaselineShift, character.shift);
-    if (character.color != automaticColor) format.setForeground(QColor(static_cast<QRgb>(character.color)));
-    if (character.highlight != automaticColor) format.setBackground(QColor(static_cast<QRgb>(character.highlight)));
+    if (character.halfPoints > 0) {
+        format.setFontPointSize(character.halfPoints / halfPointsPerPoint);
+    }
+    if (character.bold) {
+        format.setFontWeight(QFont::Bold);
+    }
+    if (character.italic) {
+        format.setFontItalic(true);
+    }
+    if (character.underline) {
+        format.setFontUnderline(true);
+    }
+    if (character.strike) {
+        format.setFontStrikeOut(true);
+    }
+    if (character.hidden) {
+        format.setProperty(RtfHiddenText, true);
+    }
+    if (character.shift != 0) {
+        format.setProperty(RtfBaselineShift, character.shift);
+    }
+    if (character.color != automaticColor) {
+        format.setForeground(QColor(static_cast<QRgb>(character.color)));
+    }
+    if (character.highlight != automaticColor) {
+        format.setBackground(QColor(static_cast<QRgb>(character.highlight)));
+    }
     const auto alignment = verticalAlignment(character);
-    if (alignment != QTextCharFormat::AlignNormal) format.setVerticalAlignment(alignment);
+    if (alignment != QTextCharFormat::AlignNormal) {
+        format.setVerticalAlignment(alignment);
+    }
     return format;
 }
 
@@ -258,18 +282,34 @@ QTextBlockFormat toBlockFormat(const RtfParagraph &paragraph, const RtfUnits &un
     if (paragraph.alignment != RtfAlignment::Left || paragraph.rightToLeft) {
         format.setAlignment(documentAlignment(paragraph));
     }
-    if (paragraph.rightToLeft) format.setLayoutDirection(Qt::RightToLeft);
+    if (paragraph.rightToLeft) {
+        format.setLayoutDirection(Qt::RightToLeft);
+    }
     if (paragraph.list.style == RtfListStyle::None) {
-        if (paragraph.leftIndent != 0) format.setLeftMargin(units.fromTwips(paragraph.leftIndent));
-        if (paragraph.firstLineIndent != 0) format.setTextIndent(units.fromTwips(paragraph.firstLineIndent));
+        if (paragraph.leftIndent != 0) {
+            format.setLeftMargin(units.fromTwips(paragraph.leftIndent));
+        }
+        if (paragraph.firstLineIndent != 0) {
+            format.setTextIndent(units.fromTwips(paragraph.firstLineIndent));
+        }
     } else {
         const int start = paragraph.leftIndent + paragraph.firstLineIndent;
-        if (start != 0) format.setLeftMargin(units.fromTwips(start));
-        if (paragraph.firstLineIndent != 0) format.setProperty(RtfListHanging, -paragraph.firstLineIndent);
+        if (start != 0) {
+            format.setLeftMargin(units.fromTwips(start));
+        }
+        if (paragraph.firstLineIndent != 0) {
+            format.setProperty(RtfListHanging, -paragraph.firstLineIndent);
+        }
     }
-    if (paragraph.rightIndent != 0) format.setRightMargin(units.fromTwips(paragraph.rightIndent));
-    if (paragraph.spaceBefore != 0) format.setTopMargin(units.fromTwips(paragraph.spaceBefore));
-    if (paragraph.spaceAfter != 0) format.setBottomMargin(units.fromTwips(paragraph.spaceAfter));
+    if (paragraph.rightIndent != 0) {
+        format.setRightMargin(units.fromTwips(paragraph.rightIndent));
+    }
+    if (paragraph.spaceBefore != 0) {
+        format.setTopMargin(units.fromTwips(paragraph.spaceBefore));
+    }
+    if (paragraph.spaceAfter != 0) {
+        format.setBottomMargin(units.fromTwips(paragraph.spaceAfter));
+    }
     setLineSpacing(format, paragraph, units);
     if (!paragraph.tabs.empty()) {
         QList<QTextOption::Tab> tabs;
@@ -286,7 +326,9 @@ QTextListFormat toListFormat(const RtfList &list)
     QTextListFormat format;
     format.setStyle(documentStyle(list.style));
     if (list.style != RtfListStyle::Bullet) {
-        if (list.start != 1) format.setProperty(RtfListStart, list.start);
+        if (list.start != 1) {
+            format.setProperty(RtfListStart, list.start);
+        }
         format.setNumberPrefix(list.before);
         format.setNumberSuffix(list.after);
     }

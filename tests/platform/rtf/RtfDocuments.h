@@ -28,6 +28,17 @@ inline std::unique_ptr<QTextDocument> documentOf(std::string_view rtf)
     return document;
 }
 
+/// A head with the fonts that the rows use, then \p body.
+inline std::string wholeRtf(const std::string &body)
+{
+    return R"({\rtf1\ansi\ansicpg1252\deff0\deflang1033{\fonttbl{\f0\fnil\fcharset0 Arial;})"
+           R"({\f1\froman\fcharset2 Symbol;}{\f2\fnil\fcharset204 Arial CYR;}{\f3\fmodern\fcharset128 Gothic;}})"
+           "\r\n"
+           R"({\colortbl ;\red255\green0\blue0;\red0\green128\blue0;})"
+           "\r\n\\viewkind4\\uc1\\pard\\f0\\fs20 " +
+           body + "}";
+}
+
 /// The text of \p document, '\n' between paragraphs.
 inline QString textOf(const QTextDocument &document)
 {
@@ -45,12 +56,24 @@ inline QString seen(const QTextCharFormat &format, const QFont &fallback)
     const QStringList families = format.fontFamilies().toStringList();
     QString text = families.value(0, fallback.family()) + QLatin1Char(' ') +
                    QString::number(format.fontPointSize() > 0 ? format.fontPointSize() : fallback.pointSizeF());
-    if (format.fontWeight() >= QFont::DemiBold) text += QStringLiteral(" bold");
-    if (format.fontItalic()) text += QStringLiteral(" italic");
-    if (format.fontUnderline()) text += QStringLiteral(" underline");
-    if (format.fontStrikeOut()) text += QStringLiteral(" strike");
-    if (format.verticalAlignment() == QTextCharFormat::AlignSuperScript) text += QStringLiteral(" super");
-    if (format.verticalAlignment() == QTextCharFormat::AlignSubScript) text += QStringLiteral(" sub");
+    if (format.fontWeight() >= QFont::DemiBold) {
+        text += QStringLiteral(" bold");
+    }
+    if (format.fontItalic()) {
+        text += QStringLiteral(" italic");
+    }
+    if (format.fontUnderline()) {
+        text += QStringLiteral(" underline");
+    }
+    if (format.fontStrikeOut()) {
+        text += QStringLiteral(" strike");
+    }
+    if (format.verticalAlignment() == QTextCharFormat::AlignSuperScript) {
+        text += QStringLiteral(" super");
+    }
+    if (format.verticalAlignment() == QTextCharFormat::AlignSubScript) {
+        text += QStringLiteral(" sub");
+    }
     if (format.hasProperty(QTextFormat::ForegroundBrush)) {
         text += QStringLiteral(" ink") + format.foreground().color().name();
     }
@@ -66,20 +89,34 @@ inline QString seen(const QTextBlock &block)
 {
     const QTextBlockFormat format = block.blockFormat();
     QStringList parts;
-    if (format.alignment() & Qt::AlignHCenter) parts += QStringLiteral("center");
-    if (format.alignment() & Qt::AlignRight) parts += QStringLiteral("right");
-    if (format.layoutDirection() == Qt::RightToLeft) parts += QStringLiteral("rtl");
+    if (format.alignment() & Qt::AlignHCenter) {
+        parts += QStringLiteral("center");
+    }
+    if (format.alignment() & Qt::AlignRight) {
+        parts += QStringLiteral("right");
+    }
+    if (format.layoutDirection() == Qt::RightToLeft) {
+        parts += QStringLiteral("rtl");
+    }
     const auto add = [&parts](const char *name, qreal value) {
-        if (value != 0) parts += QLatin1String(name) + QString::number(value);
+        if (value != 0) {
+            parts += QLatin1String(name) + QString::number(value);
+        }
     };
     add("left", format.leftMargin());
     add("first", format.textIndent());
     add("rightmargin", format.rightMargin());
     add("above", format.topMargin());
     add("below", format.bottomMargin());
-    if (format.lineHeightType() == QTextBlockFormat::ProportionalHeight) add("percent", format.lineHeight());
-    if (format.lineHeightType() == QTextBlockFormat::MinimumHeight) add("atleast", format.lineHeight());
-    if (format.lineHeightType() == QTextBlockFormat::FixedHeight) add("exactly", format.lineHeight());
+    if (format.lineHeightType() == QTextBlockFormat::ProportionalHeight) {
+        add("percent", format.lineHeight());
+    }
+    if (format.lineHeightType() == QTextBlockFormat::MinimumHeight) {
+        add("atleast", format.lineHeight());
+    }
+    if (format.lineHeightType() == QTextBlockFormat::FixedHeight) {
+        add("exactly", format.lineHeight());
+    }
     for (const QTextOption::Tab &tab : format.tabPositions()) {
         parts += QStringLiteral("tab%1@%2").arg(tab.type).arg(tab.position);
     }

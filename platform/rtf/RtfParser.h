@@ -1,0 +1,72 @@
+#pragma once
+
+#include "platform/rtf/RtfBody.h"
+#include "platform/rtf/RtfCodePages.h"
+#include "platform/rtf/RtfColorTable.h"
+#include "platform/rtf/RtfFontTable.h"
+#include "platform/rtf/RtfGroups.h"
+#include "platform/rtf/RtfListReader.h"
+#include "platform/rtf/RtfReader.h"
+#include "platform/rtf/RtfTokenizer.h"
+
+#include <optional>
+#include <string>
+
+/// Runs through the tokens of an RTF text and gives every word and every piece
+/// of text to what its group is for: the body, a table of the head, a numbering.
+///
+/// What is the same in all of them is done here: groups, the choice among
+/// alternatives, skipping what is unknown, and decoding text.
+class RtfParser
+{
+public:
+    /// \p rtf begins with its first group. The text goes to \p cursor. Both must
+    /// outlive the parser.
+    RtfParser(std::string_view rtf, QTextCursor &cursor);
+
+    /// Reads the whole text and returns the first error. To be called once, with
+    /// one of the ends after it.
+    [[nodiscard]] std::optional<RtfError> parse();
+
+    void endDocument() { m_body.endDocument(m_lastCharacter); }
+    void endInsertion() { m_body.endInsertion(); }
+
+private:
+    // Tokens.
+    void openGroup(std::size_t offset);
+    void closeGroup();
+    void readWord(const RtfToken &token, bool isGroupStart);
+    void readText(std::string_view bytes);
+    void readHexByte(int byte);
+    void readRest();
+
+    // Destinations.
+    void begin(RtfDestination destination);
+    void end(RtfDestination destination);
+    void apply(RtfEffect effect, int value);
+    bool applyToText(RtfEffect effect, int value);
+    void append(std::string_view bytes);
+    void append(char16_t character);
+
+    void flushBytes();
+    [[nodiscard]] bool skipFallback(const RtfControlWord *row);
+    [[nodiscard]] RtfCharacter &character() { return m_groups.current().character; }
+    void report(RtfError::Reason reason, std::size_t offset);
+
+    const std::string_view m_rtf;
+    const bool m_rawBytesAreUtf8;
+    RtfTokenizer m_tokenizer;
+    RtfGroups m_groups;
+    RtfCodePages m_codePages;
+    RtfFontTable m_fonts;
+    RtfColorTable m_colors;
+    RtfListReader m_list;
+    RtfBody m_body;
+    std::optional<RtfError> m_error;
+
+    bool m_isGroupStart = false;  ///< the last token opened a group
+    bool m_isIgnorable = false;   ///< \* was the last word
+    int m_fallbackToSkip = 0;     ///< characters that stand for the last \u
+    std::string m_bytes;          ///< text that waits for decoding: a character may come in pieces
+    RtfCharacter m_lastCharacter; ///< the format in the group that closed last
+};
