@@ -13,7 +13,7 @@ bool runsFromBuildTree()
     return QFile::exists(QCoreApplication::applicationDirPath() + QStringLiteral("/Click.wav"));
 }
 
-void copyOnce(const QString &from, const QString &to)
+void copyUnlessThere(const QString &from, const QString &to)
 {
     if (!QFile::exists(to) && QFile::copy(from, to)) {
         QFile::setPermissions(to, QFile::permissions(to) | QFile::WriteOwner);
@@ -28,18 +28,17 @@ QString programFolder()
     return runsFromBuildTree() ? beside : QDir::cleanPath(beside + QStringLiteral("/" CRAMLET_DATA_DIR));
 }
 
-QString samplesFolder()
+QString provideSamples()
 {
     if (runsFromBuildTree()) {
         return QCoreApplication::applicationDirPath();
     }
-    QString own =
-        QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + QStringLiteral("/Cramlet");
+    QString own = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + QStringLiteral("/Cramlet");
     QDir().mkpath(own);
     const QDir installed(programFolder());
     const QStringList samples = installed.entryList({QStringLiteral("*.crl")}, QDir::Files);
     for (const QString &sample : samples) {
-        copyOnce(installed.filePath(sample), own + QLatin1Char('/') + sample);
+        copyUnlessThere(installed.filePath(sample), own + QLatin1Char('/') + sample);
     }
     return own;
 }

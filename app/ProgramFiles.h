@@ -2,12 +2,13 @@
 
 #include <QString>
 
-/// The folder in which the sample subjects lie that the learner studies from.
+/// Sees to it that the sample subjects lie where the learner may study from
+/// them, and returns that folder.
 ///
 /// In a build tree that is the program's own folder. Studying writes to a
 /// subject, so an installed program copies its samples into the learner's data
-/// folder, once, and this is that folder; a copy that fails is left out.
-[[nodiscard]] QString samplesFolder();
+/// folder, unless they are there already. A copy that fails is left out.
+[[nodiscard]] QString provideSamples();
 
 /// Where the program's unchanging files lie: the click, the help.
 [[nodiscard]] QString programFolder();

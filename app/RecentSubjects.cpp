@@ -35,10 +35,10 @@ void writeSamples(SettingsStore &settings, const QString &samples)
 
 } // namespace
 
-RecentSubjects RecentSubjects::load(SettingsStore &settings, const QString &samples)
+RecentSubjects RecentSubjects::load(SettingsStore &settings, const std::function<QString()> &samples)
 {
     if (settings.text(section, pathKey(0)).isEmpty()) {
-        writeSamples(settings, samples);
+        writeSamples(settings, samples());
     }
     RecentSubjects recent;
     for (int slot = 0; slot < slotCount; ++slot) {

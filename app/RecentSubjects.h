@@ -3,6 +3,7 @@
 #include "app/Module1.h"
 
 #include <array>
+#include <functional>
 
 /// The ten subjects that were opened last, the most recent first. A slot may be empty.
 class RecentSubjects
@@ -11,8 +12,9 @@ public:
     static constexpr int slotCount = 10;
 
     /// Reads the ten slots. If the first has no path, the two sample subjects
-    /// in \p samples are written into the settings before.
-    [[nodiscard]] static RecentSubjects load(SettingsStore &settings, const QString &samples);
+    /// are written into the settings before; only then \p samples is asked for
+    /// their folder.
+    [[nodiscard]] static RecentSubjects load(SettingsStore &settings, const std::function<QString()> &samples);
     void save(SettingsStore &settings) const;
 
     [[nodiscard]] const Subject &slot(int position) const { return m_slots.at(static_cast<std::size_t>(position)); }

@@ -49,7 +49,7 @@ frmOpen::frmOpen(Module1 &module, std::function<void()> show, QWidget *parent)
     , Image1(makeControlArray<ImageButton, 4>(this, QLatin1String("Image1")))
     , m_module(module)
     , m_show(std::move(show))
-    , m_recent(RecentSubjects::load(module.settings, samplesFolder()))
+    , m_recent(RecentSubjects::load(module.settings, provideSamples))
 {
     setObjectName(QStringLiteral("frmOpen"));
     setWindowTitle(QStringLiteral("Cramlet"));

@@ -51,22 +51,22 @@ protected:
 
 TEST_F(ProgramFiles, AnInstalledProgramCopiesItsSamplesForTheLearner)
 {
-    EXPECT_EQ(samplesFolder(), QFileInfo(copy).path());
+    EXPECT_EQ(provideSamples(), QFileInfo(copy).path());
     EXPECT_EQ(read(copy), "as installed");
 }
 
 TEST_F(ProgramFiles, TheCopyCanBeWrittenToEvenIfTheOriginalCannot)
 {
     ASSERT_TRUE(QFile::setPermissions(sample, QFile::ReadOwner));
-    (void)samplesFolder();
+    (void)provideSamples();
     EXPECT_TRUE(QFile::permissions(copy) & QFile::WriteOwner);
 }
 
 TEST_F(ProgramFiles, ACopyThatTheLearnerHasStudiedIsNeverReplaced)
 {
-    (void)samplesFolder();
+    (void)provideSamples();
     write(copy, "studied");
-    (void)samplesFolder();
+    (void)provideSamples();
     EXPECT_EQ(read(copy), "studied");
 }
 

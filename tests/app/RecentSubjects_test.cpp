@@ -13,6 +13,17 @@ Subject numbered(int number)
     return {QStringLiteral("/subjects/%1.crl").arg(number), QString::number(number)};
 }
 
+QString samples()
+{
+    return QStringLiteral("/samples");
+}
+
+QString mustNotBeAsked()
+{
+    ADD_FAILURE() << "the samples were asked for although there are recent subjects";
+    return {};
+}
+
 class RecentSubjectsTest : public testing::Test
 {
 protected:
@@ -43,7 +54,7 @@ protected:
 TEST_F(RecentSubjectsTest, OffersTheTwoSamplesOnTheFirstRunEachInItsOwnSpelling)
 {
     SettingsStore settings;
-    const RecentSubjects recent = RecentSubjects::load(settings, QStringLiteral("/samples"));
+    const RecentSubjects recent = RecentSubjects::load(settings, samples);
     EXPECT_EQ(recent.slot(0), (Subject{QStringLiteral("/samples/Using Cramlet.crl"), QStringLiteral("Using Cramlet")}));
     EXPECT_EQ(recent.slot(1),
               (Subject{QStringLiteral("/samples/States and Capitals.crl"), QStringLiteral("States and Capitols")}));
@@ -61,7 +72,7 @@ TEST_F(RecentSubjectsTest, OffersTheSamplesAgainWhenTheFirstSlotIsEmpty)
     RecentSubjects recent = full();
     recent.moveToTop({});
     recent.save(settings);
-    const RecentSubjects loaded = RecentSubjects::load(settings, QStringLiteral("/samples"));
+    const RecentSubjects loaded = RecentSubjects::load(settings, samples);
     EXPECT_EQ(loaded.slot(0).name, QStringLiteral("Using Cramlet"));
     EXPECT_EQ(loaded.slot(1).name, QStringLiteral("States and Capitols"));
     EXPECT_EQ(loaded.slot(2), numbered(1)) << "the other slots stay as they were";
@@ -72,7 +83,7 @@ TEST_F(RecentSubjectsTest, ReadsBackWhatItWrote)
     SettingsStore settings;
     full().save(settings);
     SettingsStore reopened;
-    EXPECT_EQ(numbersIn(RecentSubjects::load(reopened, {})), numbersIn(full()));
+    EXPECT_EQ(numbersIn(RecentSubjects::load(reopened, mustNotBeAsked)), numbersIn(full()));
 }
 
 TEST_F(RecentSubjectsTest, WritesTenNamesAndPathsUnderTheirKeys)
@@ -124,7 +135,7 @@ TEST_F(RecentSubjectsTest, TellsSubjectsApartByThePathLetterCaseIncluded)
 TEST_F(RecentSubjectsTest, PutsAnEmptyEntryOnTopWhenNothingWasChosen)
 {
     SettingsStore settings;
-    RecentSubjects recent = RecentSubjects::load(settings, QStringLiteral("/samples"));
+    RecentSubjects recent = RecentSubjects::load(settings, samples);
     recent.moveToTop({});
     EXPECT_EQ(recent.slot(0), Subject{});
     EXPECT_EQ(recent.slot(1).name, QStringLiteral("Using Cramlet"));

@@ -85,7 +85,7 @@ TEST_F(frmOpenTest, OnTheFirstRunItOffersTheTwoSamplesAndSelectsTheFirst)
     }
     EXPECT_TRUE(option(1).isChecked());
     EXPECT_EQ(list().currentRow(), 1);
-    EXPECT_EQ(setting("Recent", "Path1"), samplesFolder() + QStringLiteral("/States and Capitals.crl"));
+    EXPECT_EQ(setting("Recent", "Path1"), provideSamples() + QStringLiteral("/States and Capitals.crl"));
 }
 
 TEST_F(frmOpenTest, EveryCommandHasItsHint)
@@ -344,6 +344,21 @@ TEST_F(frmOpenTest, AFileThatIsNoSubjectIsReportedByNameAndLeftUntouched)
         settle();
         module->subject = {};
     }
+}
+
+TEST_F(frmOpenTest, AFolderAmongTheRecentSubjectsIsReportedByName)
+{
+    const std::filesystem::path subfolder = folder.file("folder.crl");
+    std::filesystem::create_directory(subfolder);
+    storeRecent(0, {QString::fromStdString(subfolder.string()), QStringLiteral("folder")});
+    open();
+    DialogAnswers answers;
+    answers.press(QMessageBox::Ok);
+    ok();
+    EXPECT_EQ(answers.last().icon, QMessageBox::Critical);
+    EXPECT_TRUE(answers.last().text.contains(QStringLiteral("folder.crl")));
+    EXPECT_TRUE(std::filesystem::is_directory(subfolder));
+    EXPECT_TRUE(isOpen());
 }
 
 TEST_F(frmOpenTest, AFailedOpeningKeepsTheSubjectThatWasOpen)
