@@ -185,13 +185,17 @@ std::vector<Key> Connection::keys(const std::string &sql)
     return withStoreErrors(m_path, [&] {
         std::vector<Key> keys;
         SQLite::Statement select(*m_database.engine, sql);
-        while (select.executeStep()) {
-            const std::int64_t key = select.getColumn(0).getInt64();
+        if (!select.executeStep()) {
+            return keys;
+        }
+        const SQLite::Column column = select.getColumn(0); // of whatever row the statement is on
+        do {
+            const std::int64_t key = column.getInt64();
             if (!isKey(key)) {
                 throw StoreError(Reason::Damaged, 0, m_path, "a row's key is out of range");
             }
             keys.push_back(static_cast<Key>(key));
-        }
+        } while (select.executeStep());
         return keys;
     });
 }
