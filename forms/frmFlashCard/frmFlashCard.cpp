@@ -62,6 +62,8 @@ constexpr std::size_t paneOf(Side side)
 }
 
 constexpr PageRuling page{.firstLine = 1180, .marginLine = true};
+constexpr int minWidth = 7200;  // twips: a card of some words, and every button around it
+constexpr int minHeight = 5700; // twips
 
 const QString section = QStringLiteral("Cards");
 
@@ -116,6 +118,8 @@ frmFlashCard::frmFlashCard(Module1 &module)
 
 void frmFlashCard::layOut()
 {
+    setMinimumSize(toPixels(minWidth), toPixels(minHeight));
+
     auto *commands = new QHBoxLayout;
     commands->setSpacing(toPixels(60));
     for (const Command command : {Mark, Shuffle, Options, Help}) {

@@ -275,6 +275,21 @@ TEST_F(frmFlashCardTest, ASubjectThatCannotBeOpenedGivesNoWindow)
     EXPECT_ANY_THROW(delete new frmFlashCard(*module));
 }
 
+TEST_F(frmFlashCardTest, EveryButtonStaysWithinTheSmallestWindow)
+{
+    open();
+    window->resize(10, 10);
+    QTest::qWait(0);
+    for (int button = 0; button <= 10; ++button) {
+        const auto &made = control<ImageButton>(*window, qPrintable(QStringLiteral("Image1(%1)").arg(button)));
+        const QRect place(made.mapTo(window, QPoint(0, 0)), made.size());
+        EXPECT_TRUE(window->rect().contains(place)) << button;
+        EXPECT_FALSE(made.isVisible() && place.intersects(QRect(front().mapTo(window, QPoint(0, 0)), front().size())))
+            << button;
+    }
+    EXPECT_GT(front().height(), 100);
+}
+
 TEST_F(frmFlashCardTest, LongTextsScrollByThePageKeys)
 {
     {
