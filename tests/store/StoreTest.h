@@ -101,10 +101,13 @@ inline std::optional<StoreError> errorOf(const std::function<void()> &action)
 inline testing::AssertionResult failsWith(StoreError::Reason expected, const std::function<void()> &action)
 {
     const std::optional<StoreError> error = errorOf(action);
-    if (!error) return testing::AssertionFailure() << "nothing was thrown";
-    if (error->reason() != expected)
+    if (!error) {
+        return testing::AssertionFailure() << "nothing was thrown";
+    }
+    if (error->reason() != expected) {
         return testing::AssertionFailure() << "reason " << static_cast<int>(error->reason()) << " (" << error->what()
                                            << ") instead of " << static_cast<int>(expected);
+    }
     return testing::AssertionSuccess();
 }
 
@@ -118,7 +121,9 @@ inline int reasonAsNobody(const std::function<void()> &action)
 {
     const ::pid_t child = ::fork();
     if (child == 0) {
-        if (::geteuid() == 0 && (::setgid(65534) != 0 || ::setuid(65534) != 0)) ::_exit(202);
+        if (::geteuid() == 0 && (::setgid(65534) != 0 || ::setuid(65534) != 0)) {
+            ::_exit(202);
+        }
         try {
             action();
         } catch (const StoreError &error) {
