@@ -34,8 +34,9 @@ std::string deleteTopicCards(int topic)
 std::string cardQuery(std::span<const int> topics)
 {
     std::string query = "SELECT * FROM Flashcards WHERE NIndex = ";
-    for (const int topic : topics)
+    for (const int topic : topics) {
         query.append(std::to_string(topic)).append(orTopic);
+    }
     query.resize(query.size() - orTopic.size());
     return query;
 }

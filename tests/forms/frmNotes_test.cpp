@@ -262,6 +262,26 @@ TEST_F(frmNotesTest, AltSOpensTheStudyWizardWherever)
     }
 }
 
+TEST_F(frmNotesTest, TabGoesFromTheTopicsToTheNotesAndTheCommands)
+{
+    open();
+    QStringList visited;
+    for (int step = 0; step < 5; ++step) {
+        visited << window->focusWidget()->objectName();
+        QTest::keyClick(window->focusWidget(), Qt::Key_Tab);
+    }
+    EXPECT_EQ(visited.join(QLatin1Char(' ')).toStdString(), "TabStrip1 RichTextBox1 Image1(4) Image1(7) TabStrip1");
+}
+
+TEST_F(frmNotesTest, TheArrowKeysLeafThroughTheTopics)
+{
+    open();
+    QTest::keyClick(window->focusWidget(), Qt::Key_Right);
+    EXPECT_EQ(title(), QStringLiteral("Small & tidy"));
+    QTest::keyClick(window->focusWidget(), Qt::Key_Left);
+    EXPECT_EQ(title(), QStringLiteral("Large"));
+}
+
 TEST_F(frmNotesTest, ATestIsDeclinedHonestlyUntilThereIsOne)
 {
     open();
