@@ -35,11 +35,15 @@ void writeSamples(SettingsStore &settings, const QString &samples)
 
 } // namespace
 
-RecentSubjects RecentSubjects::load(SettingsStore &settings, const std::function<QString()> &samples)
+void RecentSubjects::offerSamples(SettingsStore &settings, const std::function<QString()> &samples)
 {
     if (settings.text(section, pathKey(0)).isEmpty()) {
         writeSamples(settings, samples());
     }
+}
+
+RecentSubjects RecentSubjects::load(const SettingsStore &settings)
+{
     RecentSubjects recent;
     for (int slot = 0; slot < slotCount; ++slot) {
         recent.m_slots[static_cast<std::size_t>(slot)] = {settings.text(section, pathKey(slot)),

@@ -11,10 +11,11 @@ class RecentSubjects
 public:
     static constexpr int slotCount = 10;
 
-    /// Reads the ten slots. If the first has no path, the two sample subjects
-    /// are written into the settings before; only then \p samples is asked for
-    /// their folder.
-    [[nodiscard]] static RecentSubjects load(SettingsStore &settings, const std::function<QString()> &samples);
+    /// On the first run, that is while slot 0 has no path, writes the two sample
+    /// subjects into the settings. Only then \p samples is asked for their folder.
+    static void offerSamples(SettingsStore &settings, const std::function<QString()> &samples);
+
+    [[nodiscard]] static RecentSubjects load(const SettingsStore &settings);
     void save(SettingsStore &settings) const;
 
     [[nodiscard]] const Subject &slot(int position) const { return m_slots.at(static_cast<std::size_t>(position)); }

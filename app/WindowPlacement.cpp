@@ -88,7 +88,10 @@ void restorePlacement(QWidget &window, const SettingsStore &settings, const QStr
         }
         const double width = settings.number(section, widthKey, toTwips(outer.width()));
         const double height = settings.number(section, heightKey, toTwips(outer.height()));
-        outer = {toPixels(width), toPixels(height)};
+        // No larger than all screens together, whatever the file says.
+        const QSize most = window.screen()->virtualSize();
+        outer = {toPixels(qBound(0.0, width, toTwips(most.width()))),
+                 toPixels(qBound(0.0, height, toTwips(most.height())))};
     });
     new FrameFitter(window, outer); // the window's own child
 }

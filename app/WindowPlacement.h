@@ -11,7 +11,7 @@ class SettingsStore;
 /// Maximises the window if it was closed so, else gives it its stored size: by
 /// default half the screen's width and 0.7 of its height. For a window that is
 /// not shown yet. A stored value that is no number is reported, and the
-/// default is used.
+/// default is used; a size beyond the screens is cut to theirs.
 void restorePlacement(QWidget &window, const SettingsStore &settings, const QString &section);
 
 void savePlacement(const QWidget &window, SettingsStore &settings, const QString &section);

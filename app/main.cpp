@@ -1,3 +1,4 @@
+#include "app/CommandGuard.h"
 #include "app/Module1.h"
 #include "app/ProgramFiles.h"
 #include "forms/frmNotes/frmNotes.h"
@@ -7,6 +8,8 @@
 #include <QApplication>
 #include <QIcon>
 #include <QTimer>
+
+#include <cstdlib>
 
 namespace {
 
@@ -26,7 +29,12 @@ int main(int argc, char **argv)
     setClickFile(programFolder() + QStringLiteral("/Click.wav"));
 
     Module1 module;
-    (new frmOpen(module, [&] { showMainWindow(module); }))->show(); // deletes itself when it closes
+    const bool started = runGuarded(nullptr, [&] {
+        (new frmOpen(module, [&] { showMainWindow(module); }))->show(); // deletes itself when it closes
+    });
+    if (!started) {
+        return EXIT_FAILURE;
+    }
     QTimer::singleShot(0, &application,
                        [] { QApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/cramlet.svg"))); });
     return QApplication::exec();

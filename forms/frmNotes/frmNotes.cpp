@@ -270,7 +270,10 @@ bool frmNotes::mayClose()
     switch (askYesNoCancel(this, QStringLiteral("Do you want to create or open another subject?"),
                            QStringLiteral("Stop Studying"))) {
     case Answer::Yes: openAnotherSubject(); return false;
-    case Answer::No: savePlacement(*this, m_module.settings, section); return true;
+    case Answer::No:
+        // By itself: a size that cannot be stored is no reason to stay.
+        runGuarded(this, [this] { savePlacement(*this, m_module.settings, section); });
+        return true;
     case Answer::Cancel: return false;
     }
     return false;

@@ -49,7 +49,6 @@ frmOpen::frmOpen(Module1 &module, std::function<void()> show, QWidget *parent)
     , Image1(makeControlArray<ImageButton, 4>(this, QLatin1String("Image1")))
     , m_module(module)
     , m_show(std::move(show))
-    , m_recent(RecentSubjects::load(module.settings, provideSamples))
 {
     setObjectName(QStringLiteral("frmOpen"));
     setWindowTitle(QStringLiteral("Cramlet"));
@@ -71,6 +70,8 @@ frmOpen::frmOpen(Module1 &module, std::function<void()> show, QWidget *parent)
 
     layOut();
 
+    runGuarded(this, [this] { RecentSubjects::offerSamples(m_module.settings, provideSamples); });
+    m_recent = RecentSubjects::load(m_module.settings);
     fillList();
     Option1[OpenSubject]->setChecked(true);
     List1->setCurrentRow(1);

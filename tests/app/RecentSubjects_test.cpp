@@ -18,10 +18,11 @@ QString samples()
     return QStringLiteral("/samples");
 }
 
-QString mustNotBeAsked()
+/// The table of a program that starts.
+RecentSubjects offered(SettingsStore &settings)
 {
-    ADD_FAILURE() << "the samples were asked for although there are recent subjects";
-    return {};
+    RecentSubjects::offerSamples(settings, samples);
+    return RecentSubjects::load(settings);
 }
 
 class RecentSubjectsTest : public testing::Test
@@ -54,7 +55,7 @@ protected:
 TEST_F(RecentSubjectsTest, OffersTheTwoSamplesOnTheFirstRunEachInItsOwnSpelling)
 {
     SettingsStore settings;
-    const RecentSubjects recent = RecentSubjects::load(settings, samples);
+    const RecentSubjects recent = offered(settings);
     EXPECT_EQ(recent.slot(0), (Subject{QStringLiteral("/samples/Using Cramlet.crl"), QStringLiteral("Using Cramlet")}));
     EXPECT_EQ(recent.slot(1),
               (Subject{QStringLiteral("/samples/States and Capitals.crl"), QStringLiteral("States and Capitols")}));
@@ -72,10 +73,21 @@ TEST_F(RecentSubjectsTest, OffersTheSamplesAgainWhenTheFirstSlotIsEmpty)
     RecentSubjects recent = full();
     recent.moveToTop({});
     recent.save(settings);
-    const RecentSubjects loaded = RecentSubjects::load(settings, samples);
+    const RecentSubjects loaded = offered(settings);
     EXPECT_EQ(loaded.slot(0).name, QStringLiteral("Using Cramlet"));
     EXPECT_EQ(loaded.slot(1).name, QStringLiteral("States and Capitols"));
     EXPECT_EQ(loaded.slot(2), numbered(1)) << "the other slots stay as they were";
+}
+
+TEST_F(RecentSubjectsTest, AsksForTheSamplesOnTheFirstRunOnly)
+{
+    SettingsStore settings;
+    full().save(settings);
+    RecentSubjects::offerSamples(settings, [] {
+        ADD_FAILURE() << "the samples were asked for although there are recent subjects";
+        return QString();
+    });
+    EXPECT_EQ(numbersIn(RecentSubjects::load(settings)), numbersIn(full()));
 }
 
 TEST_F(RecentSubjectsTest, ReadsBackWhatItWrote)
@@ -83,7 +95,7 @@ TEST_F(RecentSubjectsTest, ReadsBackWhatItWrote)
     SettingsStore settings;
     full().save(settings);
     SettingsStore reopened;
-    EXPECT_EQ(numbersIn(RecentSubjects::load(reopened, mustNotBeAsked)), numbersIn(full()));
+    EXPECT_EQ(numbersIn(RecentSubjects::load(reopened)), numbersIn(full()));
 }
 
 TEST_F(RecentSubjectsTest, WritesTenNamesAndPathsUnderTheirKeys)
@@ -135,7 +147,7 @@ TEST_F(RecentSubjectsTest, TellsSubjectsApartByThePathLetterCaseIncluded)
 TEST_F(RecentSubjectsTest, PutsAnEmptyEntryOnTopWhenNothingWasChosen)
 {
     SettingsStore settings;
-    RecentSubjects recent = RecentSubjects::load(settings, samples);
+    RecentSubjects recent = offered(settings);
     recent.moveToTop({});
     EXPECT_EQ(recent.slot(0), Subject{});
     EXPECT_EQ(recent.slot(1).name, QStringLiteral("Using Cramlet"));

@@ -111,6 +111,14 @@ TEST_F(WindowPlacement, OnlyAStateOfExactlyTwoMaximises)
     EXPECT_FALSE(open()->isMaximized());
 }
 
+TEST_F(WindowPlacement, ASizeBeyondTheScreensIsCutToTheirs)
+{
+    store("Width", "99999999999999");
+    const auto window = open();
+    EXPECT_LE(window->frameGeometry().width(), window->screen()->virtualSize().width());
+    EXPECT_GT(window->frameGeometry().width(), window->screen()->virtualSize().width() / 2);
+}
+
 TEST_F(WindowPlacement, ASizeThatIsNoNumberIsReportedAndTheUsualSizeIsTaken)
 {
     store("Width", "wide");

@@ -185,6 +185,17 @@ TEST_F(frmNotesTest, NoStoresThePlacementAndCloses)
     EXPECT_GT(setting("Notes", "Height").toInt(), 0);
 }
 
+TEST_F(frmNotesTest, APlacementThatCannotBeStoredIsReportedAndTheWindowClosesAllTheSame)
+{
+    open();
+    blockSettings();
+    DialogAnswers answers;
+    answers.press(QMessageBox::No).press(QMessageBox::Ok);
+    window->close();
+    EXPECT_EQ(answers.last().icon, QMessageBox::Critical);
+    EXPECT_FALSE(isOpen());
+}
+
 TEST_F(frmNotesTest, YesShowsTheChooserAndThenTheNewSubject)
 {
     const std::filesystem::path other = folder.file("Chemistry.crl");

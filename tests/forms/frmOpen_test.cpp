@@ -385,6 +385,21 @@ TEST_F(frmOpenTest, AColourThatIsNoNumberIsReportedAndTheChooserOpensAllTheSame)
     EXPECT_TRUE(isOpen());
 }
 
+TEST_F(frmOpenTest, SettingsThatCannotBeWrittenAreReportedAndTheChooserIsUsableAllTheSame)
+{
+    blockSettings();
+    DialogAnswers answers;
+    answers.press(QMessageBox::Ok);
+    open();
+    EXPECT_EQ(answers.last().icon, QMessageBox::Critical);
+    EXPECT_TRUE(answers.last().text.contains(QStringLiteral("Cramlet.conf")));
+    list().setCurrentRow(0);
+    answers.act(take(chosen.path)).press(QMessageBox::Ok); // the table cannot be written at closing either
+    ok();
+    EXPECT_EQ(module->subject, chosen);
+    EXPECT_FALSE(isOpen());
+}
+
 TEST_F(frmOpenTest, ItCanBeUsedByTheKeyboardAlone)
 {
     storeRecent(0, chosen);

@@ -5,6 +5,7 @@
 #include "tests/support/Windows.h"
 
 #include <QDir>
+#include <QFile>
 #include <QStandardPaths>
 
 #include <memory>
@@ -38,6 +39,16 @@ protected:
     [[nodiscard]] QString setting(const char *section, const char *key) const
     {
         return SettingsStore().text(QString::fromLatin1(section), QString::fromLatin1(key));
+    }
+
+    /// From now on no setting can be written: a file stands where the settings' folder should be.
+    static void blockSettings()
+    {
+        const QDir config(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation));
+        QDir(config.filePath(QStringLiteral("Cramlet"))).removeRecursively();
+        ASSERT_TRUE(config.mkpath(QStringLiteral(".")));
+        QFile inTheWay(config.filePath(QStringLiteral("Cramlet")));
+        ASSERT_TRUE(inTheWay.open(QFile::WriteOnly));
     }
 
     TestFolder folder;
