@@ -9,7 +9,7 @@ constexpr int maxTwips = 1'000'000;
 constexpr int maxHalfPoints = 3276;
 constexpr int plainHalfPoints = 24;
 constexpr std::size_t maxTabs = 32;
-constexpr int maxCells = 64;
+constexpr std::size_t maxCells = 64;
 
 /// Whether all of \p text is characters that append() leaves as they are.
 bool isPlainText(QStringView text)
@@ -19,19 +19,30 @@ bool isPlainText(QStringView text)
     });
 }
 
+bool isOfParagraph(RtfEffect effect)
+{
+    return effect >= RtfEffect::ParagraphReset && effect <= RtfEffect::CellEdge;
+}
+
 } // namespace
 
-RtfBody::RtfBody(QTextCursor &cursor, RtfFontTable &fonts, const RtfColorTable &colors)
+RtfBody::RtfBody(QTextCursor &cursor, RtfFontTable &fonts, const RtfColorTable &colors, const RtfLinkTable &links,
+                 const RtfListTable &lists)
     : m_fonts(fonts)
     , m_colors(colors)
-    , m_builder(cursor, fonts)
+    , m_lists(lists)
+    , m_builder(cursor, fonts, links)
 {
 }
 
 void RtfBody::apply(RtfEffect effect, int value, RtfCharacter &character)
 {
-    const int twips = std::clamp(value, -maxTwips, maxTwips);
+    if (m_notes > 0 && isOfParagraph(effect)) {
+        return; // a note has no paragraphs of its own
+    }
     const bool on = value != 0;
+    const int twips = std::clamp(value, -maxTwips, maxTwips);
+    const int halfPoints = std::clamp(value, -maxHalfPoints, maxHalfPoints);
     switch (effect) {
     case RtfEffect::ParagraphEnd: endParagraph(character); break;
     case RtfEffect::Cell:
@@ -58,21 +69,19 @@ void RtfBody::apply(RtfEffect effect, int value, RtfCharacter &character)
 
     case RtfEffect::CharacterReset: resetCharacter(character); break;
     case RtfEffect::Font: character.font = m_fonts.find(value, character.font); break;
-    case RtfEffect::FontSize:
-        if (value > 0) {
-            character.halfPoints = std::min(value, maxHalfPoints);
-        }
-        break;
+    case RtfEffect::FontSize: character.halfPoints = value > 0 ? halfPoints : character.halfPoints; break;
     case RtfEffect::Bold: character.bold = on; break;
     case RtfEffect::Italic: character.italic = on; break;
     case RtfEffect::Underline: character.underline = on; break;
     case RtfEffect::Strike: character.strike = on; break;
+    case RtfEffect::Capitals: character.capitals = on ? RtfCapitals::All : RtfCapitals::AsTyped; break;
+    case RtfEffect::SmallCapitals: character.capitals = on ? RtfCapitals::Small : RtfCapitals::AsTyped; break;
     case RtfEffect::Hidden: character.hidden = on; break;
     case RtfEffect::Superscript: character.script = on ? RtfScript::Superscript : RtfScript::Normal; break;
     case RtfEffect::Subscript: character.script = on ? RtfScript::Subscript : RtfScript::Normal; break;
     case RtfEffect::BaseLine: character.script = RtfScript::Normal; break;
-    case RtfEffect::Raise: character.shift = std::clamp(value, -maxHalfPoints, maxHalfPoints); break;
-    case RtfEffect::Lower: character.shift = -std::clamp(value, -maxHalfPoints, maxHalfPoints); break;
+    case RtfEffect::Raise: character.shift = halfPoints; break;
+    case RtfEffect::Lower: character.shift = -halfPoints; break;
     case RtfEffect::Color: character.color = m_colors.at(value); break;
     case RtfEffect::Highlight: character.highlight = m_colors.at(value); break;
 
@@ -88,9 +97,15 @@ void RtfBody::apply(RtfEffect effect, int value, RtfCharacter &character)
     case RtfEffect::RightToLeft: m_paragraph.rightToLeft = on; break;
     case RtfEffect::TabKind: m_tabKind = static_cast<RtfTabKind>(value); break;
     case RtfEffect::TabStop: addTab(twips); break;
-    case RtfEffect::InTable: m_inTable = on; break;
-    case RtfEffect::RowStart: m_edgesOfRow = 0; break;
-    case RtfEffect::CellEdge: m_edgesOfRow = std::min(m_edgesOfRow + 1, maxCells); break;
+    case RtfEffect::ListNumber: m_paragraph.listNumber = value; break;
+    case RtfEffect::ListLevel: m_paragraph.listLevel = value; break;
+    case RtfEffect::InTable: m_paragraph.isInTable = on; break;
+    case RtfEffect::RowStart: m_edgesOfRow.clear(); break;
+    case RtfEffect::CellEdge:
+        if (m_edgesOfRow.size() < maxCells) {
+            m_edgesOfRow.push_back(twips);
+        }
+        break;
 
     // These mean something in their own destination only.
     case RtfEffect::FontCharset:
@@ -105,6 +120,7 @@ void RtfBody::apply(RtfEffect effect, int value, RtfCharacter &character)
     case RtfEffect::Character:
     case RtfEffect::Unicode:
     case RtfEffect::FallbackLength:
+    case RtfEffect::FieldStart:
     case RtfEffect::Ignorable:
     case RtfEffect::Destination: break;
     }
@@ -113,7 +129,11 @@ void RtfBody::apply(RtfEffect effect, int value, RtfCharacter &character)
 void RtfBody::append(QStringView text, const RtfCharacter &format)
 {
     if (isPlainText(text)) {
-        m_builder.append(text, format);
+        if (!text.isEmpty()) {
+            prepare(format, text.front());
+            m_builder.append(text, format);
+            m_endsInBlank = text.back().isSpace();
+        }
         return;
     }
     for (const QChar c : text) {
@@ -133,44 +153,144 @@ void RtfBody::append(char16_t character, const RtfCharacter &format)
     case 0xfdd1: character = QChar::ReplacementCharacter; break;
     default: break;
     }
+    prepare(format, character);
     m_builder.append(QStringView(&character, 1), format);
+    m_endsInBlank = QChar::isSpace(character);
 }
 
 void RtfBody::appendAscii(std::string_view text, const RtfCharacter &format)
 {
+    prepare(format, QLatin1Char(text.front()));
     m_builder.append(QLatin1StringView(text.data(), static_cast<qsizetype>(text.size())), format);
+    m_endsInBlank = text.back() == ' ' || text.back() == '\t';
+}
+
+void RtfBody::appendObject(const QByteArray &source, const RtfCharacter &format)
+{
+    prepare(format, QChar::ObjectReplacementCharacter);
+    m_builder.appendObject(source, format);
+    m_endsInBlank = false;
+}
+
+/// Something that begins with \p first comes into the paragraph.
+void RtfBody::prepare(const RtfCharacter &format, QChar first)
+{
+    ++m_count;
+    m_paragraphIsOpen = true;
+    if (!m_blankIsDue && !m_noteBreakIsDue) {
+        return;
+    }
+    const bool breaks = std::exchange(m_noteBreakIsDue, false);
+    const bool blank = std::exchange(m_blankIsDue, false) && !m_endsInBlank && !first.isSpace();
+    const QChar between = breaks ? QChar(QChar::LineSeparator) : QChar(u' ');
+    if (breaks || blank) {
+        m_builder.append(QStringView(&between, 1), format);
+    }
+}
+
+void RtfBody::setList(const RtfList &list)
+{
+    if (m_notes == 0) {
+        m_paragraph.list = list;
+    }
+}
+
+void RtfBody::setMark(const QString &mark, bool isInTable, const RtfCharacter &format)
+{
+    if (!isInTable && m_notes == 0) {
+        m_mark = mark;
+        return;
+    }
+    append(mark.trimmed(), format);
+    m_blankIsDue = true;
+}
+
+void RtfBody::beginNote()
+{
+    ++m_notes;
+    m_blankIsDue = true;
+}
+
+void RtfBody::endNote()
+{
+    --m_notes;
+    m_noteBreakIsDue = false;
+    m_blankIsDue = true;
+}
+
+void RtfBody::beginBox(const RtfCharacter &format)
+{
+    if (m_paragraphIsOpen && !m_paragraph.isInTable && m_notes == 0) {
+        endParagraph(format);
+    }
+    m_aroundBoxes.push_back(m_paragraph);
+    if (m_paragraph.isInTable) {
+        beginNote();
+    } else {
+        resetParagraph();
+    }
+}
+
+void RtfBody::endBox(const RtfCharacter &format)
+{
+    const Paragraph around = m_aroundBoxes.back();
+    m_aroundBoxes.pop_back();
+    if (around.isInTable) {
+        endNote();
+    } else if (m_paragraphIsOpen && m_notes == 0) {
+        endParagraph(format);
+    }
+    m_paragraph = around;
 }
 
 void RtfBody::endParagraph(const RtfCharacter &mark)
 {
-    if (m_inTable) {
+    if (m_notes > 0) {
+        m_noteBreakIsDue = m_paragraphIsOpen && !m_blankIsDue;
+    } else if (m_paragraph.isInTable) {
         append(u' ', mark); // a row is one paragraph
     } else {
-        m_builder.endParagraph(m_paragraph, mark);
+        m_builder.endParagraph(currentParagraph(), mark);
+        m_paragraphIsOpen = false;
+        m_blankIsDue = false;
+        m_endsInBlank = true;
+        m_mark.clear();
     }
 }
 
 void RtfBody::endRow(const RtfCharacter &mark)
 {
-    for (; m_cellsOfRow < m_edgesOfRow; ++m_cellsOfRow) {
+    for (; m_cellsOfRow < static_cast<int>(m_edgesOfRow.size()); ++m_cellsOfRow) {
         append(u'\t', mark);
     }
     m_cellsOfRow = 0;
-    m_builder.endParagraph(m_paragraph, mark);
+    m_row = m_paragraph;
+    m_row.list = {};
+    m_row.tabs.clear();
+    for (const int edge : m_edgesOfRow) {
+        if (edge > 0 && m_row.tabs.size() < maxTabs) {
+            m_row.tabs.push_back({RtfTabKind::Left, edge});
+        }
+    }
+    m_builder.endParagraph(m_row, mark);
+    m_paragraphIsOpen = false;
+    m_blankIsDue = false;
+    m_endsInBlank = true;
 }
 
 void RtfBody::resetCharacter(RtfCharacter &character) const
 {
+    const int link = character.link;
     character = {};
     character.halfPoints = plainHalfPoints;
     character.font = m_fonts.findDefault(character.font);
+    character.link = link;
 }
 
 void RtfBody::resetParagraph()
 {
     m_paragraph = {};
     m_tabKind = RtfTabKind::Left;
-    m_inTable = false;
 }
 
 void RtfBody::addTab(int position)
@@ -179,4 +299,43 @@ void RtfBody::addTab(int position)
         m_paragraph.tabs.push_back({m_tabKind, position});
     }
     m_tabKind = RtfTabKind::Left;
+}
+
+/// The paragraph that ends here, in the list that it stands in.
+const RtfParagraph &RtfBody::currentParagraph()
+{
+    if (m_paragraph.list.style != RtfListStyle::None || (m_paragraph.listNumber <= 0 && m_mark.isEmpty())) {
+        m_lastPlace.reset();
+        return m_paragraph;
+    }
+    m_marked = m_paragraph;
+    m_marked.list = listHere();
+    return m_marked;
+}
+
+/// The list of a word processor that the paragraph which ends here stands in. It
+/// goes on with the paragraph before, or begins with the number that is written
+/// beside it or, without one, with the next.
+RtfList RtfBody::listHere()
+{
+    const Place place(m_paragraph.listNumber, m_paragraph.listLevel);
+    const std::optional<RtfList> known = m_lists.find(place.first, place.second);
+    const std::optional<RtfListMark> mark = readListMark(m_mark, known ? known->style : RtfListStyle::None);
+    if (!known && !mark) {
+        m_lastPlace.reset();
+        return {};
+    }
+    RtfList list = known ? *known : mark->list;
+    if (list.style != RtfListStyle::None && list.style != RtfListStyle::Bullet) {
+        const auto last = m_lastNumbers.find(place);
+        const bool isMarked = mark && mark->list.style != RtfListStyle::Bullet;
+        const int number = isMarked ? mark->number : last != m_lastNumbers.end() ? last->second + 1 : list.start;
+        const bool goesOn = m_lastPlace == place && last != m_lastNumbers.end() && number == last->second + 1;
+        m_lastNumbers.erase(m_lastNumbers.upper_bound(place), m_lastNumbers.upper_bound({place.first, maxTwips}));
+        m_lastNumbers[place] = number;
+        list.start = goesOn ? m_lastList.start : number;
+    }
+    m_lastPlace = place;
+    m_lastList = list;
+    return list;
 }

@@ -1,15 +1,17 @@
 #pragma once
 
+#include "platform/rtf/RtfSymbolFonts.h"
+
 #include <QByteArray>
 #include <QHash>
 #include <QString>
 
 #include <array>
+#include <cstdint>
 #include <map>
+#include <memory>
 #include <string_view>
 
-/// Pseudo number of the code page of the symbol fonts.
-inline constexpr int symbolCodePage = 42;
 /// What text is in unless the document or the font says otherwise.
 inline constexpr int defaultCodePage = 1252;
 
@@ -25,26 +27,52 @@ inline constexpr int symbolCharset = 2;
 /// The font character set of \p codePage; ansiCharset if there is none.
 [[nodiscard]] int charsetOfCodePage(int codePage);
 
-/// Text to bytes and back in one code page. The lower half is ASCII; in a symbol
-/// font the byte b of the upper half is the private character U+F000 + b.
+class RtfConverter;
+
+/// Text to bytes and back in one code page. The lower half is ASCII but in the
+/// symbol fonts that are known; what is not known of a symbol font are private
+/// characters.
 class RtfCodePage
 {
 public:
-    /// A code page without a decoder on this machine works as windows-1252.
+    /// A code page that nobody on this machine knows works as windows-1252.
     explicit RtfCodePage(int number);
+    ~RtfCodePage();
+    Q_DISABLE_COPY_MOVE(RtfCodePage)
 
+    /// Whether ASCII characters are the bytes of the same numbers and all such bytes
+    /// at the beginning of a text are these characters.
+    [[nodiscard]] bool keepsAscii() const { return m_keepsAscii; }
+
+    /// The text of \p bytes; U+FFFD for what is no character of the page.
     [[nodiscard]] QString decode(std::string_view bytes) const;
 
+    /// What \p character stands for in text of this page: itself, but for the private
+    /// characters that programs take for the bytes of a symbol font.
+    [[nodiscard]] char32_t shown(char32_t character) const;
+
     /// The bytes of \p character, empty if the page does not have it.
-    [[nodiscard]] QByteArray encode(char16_t character) const;
+    [[nodiscard]] QByteArray encode(char32_t character) const;
+
+    /// True if \p bytes ends in the middle of a character that the byte \p next may
+    /// belong to.
+    [[nodiscard]] bool isCutBefore(char next, std::string_view bytes) const;
 
 private:
-    [[nodiscard]] QByteArray encodeUncached(char16_t character) const;
+    void setSymbols(int number);
+    void setUpperHalf(RtfConverter &converter);
+    [[nodiscard]] QString decodeDamaged(std::string_view bytes) const;
+    [[nodiscard]] std::size_t lengthOfCharacter(std::string_view bytes) const;
+    [[nodiscard]] bool isCharacter(std::string_view bytes) const;
+    [[nodiscard]] QByteArray encodeUncached(char32_t character) const;
 
-    QByteArray m_name;
-    bool m_multiByte = false;
-    std::array<char16_t, 128> m_upperHalf{}; ///< of a page of single bytes
-    mutable QHash<char16_t, QByteArray> m_encoded;
+    bool m_keepsAscii = true;
+    bool m_isSymbolPage = false;
+    bool m_isUnicode = false;                  ///< has all of it
+    std::unique_ptr<RtfConverter> m_converter; ///< of a page with characters of several bytes
+    std::array<char32_t, 256> m_characters{};  ///< of a page of single bytes
+    mutable QHash<char32_t, QByteArray> m_encoded;
+    mutable QHash<std::uint32_t, bool> m_isCharacter; ///< of bytes, the last one lowest
 };
 
 /// The code pages in use, each made once.

@@ -21,20 +21,35 @@ constexpr auto table = std::to_array<RtfControlWord>({
     {"\n", ParagraphEnd, Fixed, 0},
     {"*", Ignorable, Fixed, 0},
     {"_", Character, Fixed, 0x2011},
-    {"annotation", Destination, Fixed, number(RtfDestination::Skipped)},
+    {"annotation", Destination, Fixed, number(RtfDestination::Note)},
     {"ansi", CodePage, Fixed, 1252},
     {"ansicpg", CodePage, Required, 0},
+    {"atnauthor", Destination, Fixed, number(RtfDestination::Note)},
+    {"atndate", Destination, Fixed, number(RtfDestination::Skipped)},
+    {"atnicn", Destination, Fixed, number(RtfDestination::Skipped)},
+    {"atnid", Destination, Fixed, number(RtfDestination::Note)},
+    {"atnparent", Destination, Fixed, number(RtfDestination::Skipped)},
+    {"atnref", Destination, Fixed, number(RtfDestination::Skipped)},
     {"b", Bold, Optional, 1},
+    {"bkmkend", Destination, Fixed, number(RtfDestination::Skipped)},
+    {"bkmkstart", Destination, Fixed, number(RtfDestination::Skipped)},
     {"blue", Blue, Optional, 0},
     {"bullet", Character, Fixed, 0x2022},
+    {"caps", Capitals, Optional, 1},
     {"cb", Highlight, Optional, 0},
     {"cell", Cell, Fixed, 1},
-    {"cellx", CellEdge, Fixed, 0},
+    {"cellx", CellEdge, Required, 0},
     {"cf", Color, Optional, 0},
+    {"colorschememapping", Destination, Fixed, number(RtfDestination::Skipped)},
     {"colortbl", Destination, Fixed, number(RtfDestination::ColorTable)},
     {"cpg", FontCodePage, Required, 0},
+    {"datafield", Destination, Fixed, number(RtfDestination::Skipped)},
+    {"datastore", Destination, Fixed, number(RtfDestination::Skipped)},
     {"deff", DefaultFont, Optional, 0},
     {"dn", Lower, Optional, 6},
+    {"do", Destination, Fixed, number(RtfDestination::Shape)},
+    {"docvar", Destination, Fixed, number(RtfDestination::Skipped)},
+    {"dptxbxtext", Destination, Fixed, number(RtfDestination::TextBox)},
     {"emdash", Character, Fixed, 0x2014},
     {"emspace", Character, Fixed, 0x0020},
     {"endash", Character, Fixed, 0x2013},
@@ -42,45 +57,54 @@ constexpr auto table = std::to_array<RtfControlWord>({
     {"f", Font, Optional, 0},
     {"fcharset", FontCharset, Required, 0},
     {"fi", FirstLineIndent, Optional, 0},
-    {"fldinst", Destination, Fixed, number(RtfDestination::Skipped)},
+    {"field", FieldStart, Fixed, 0},
+    {"fldinst", Destination, Fixed, number(RtfDestination::FieldInstruction)},
+    {"fldrslt", Destination, Fixed, number(RtfDestination::FieldResult)},
     {"fonttbl", Destination, Fixed, number(RtfDestination::FontTable)},
-    {"footer", Destination, Fixed, number(RtfDestination::Skipped)},
-    {"footerf", Destination, Fixed, number(RtfDestination::Skipped)},
-    {"footerl", Destination, Fixed, number(RtfDestination::Skipped)},
-    {"footerr", Destination, Fixed, number(RtfDestination::Skipped)},
-    {"footnote", Destination, Fixed, number(RtfDestination::Skipped)},
+    {"footer", Destination, Fixed, number(RtfDestination::Margin)},
+    {"footerf", Destination, Fixed, number(RtfDestination::Margin)},
+    {"footerl", Destination, Fixed, number(RtfDestination::Margin)},
+    {"footerr", Destination, Fixed, number(RtfDestination::Margin)},
+    {"footnote", Destination, Fixed, number(RtfDestination::Note)},
     {"fs", FontSize, Optional, 24},
+    {"generator", Destination, Fixed, number(RtfDestination::Skipped)},
     {"green", Green, Optional, 0},
-    {"header", Destination, Fixed, number(RtfDestination::Skipped)},
-    {"headerf", Destination, Fixed, number(RtfDestination::Skipped)},
-    {"headerl", Destination, Fixed, number(RtfDestination::Skipped)},
-    {"headerr", Destination, Fixed, number(RtfDestination::Skipped)},
+    {"header", Destination, Fixed, number(RtfDestination::Margin)},
+    {"headerf", Destination, Fixed, number(RtfDestination::Margin)},
+    {"headerl", Destination, Fixed, number(RtfDestination::Margin)},
+    {"headerr", Destination, Fixed, number(RtfDestination::Margin)},
     {"highlight", Highlight, Optional, 0},
     {"i", Italic, Optional, 1},
+    {"ilvl", ListLevel, Required, 0},
     {"info", Destination, Fixed, number(RtfDestination::Skipped)},
     {"intbl", InTable, Fixed, 1},
+    {"latentstyles", Destination, Fixed, number(RtfDestination::Skipped)},
     {"ldblquote", Character, Fixed, 0x201c},
     {"li", LeftIndent, Optional, 0},
     {"line", Character, Fixed, 0x2028},
-    {"listoverridetable", Destination, Fixed, number(RtfDestination::Skipped)},
-    {"listtable", Destination, Fixed, number(RtfDestination::Skipped)},
-    {"listtext", Destination, Fixed, number(RtfDestination::Skipped)},
+    {"listoverridetable", Destination, Fixed, number(RtfDestination::ListOverrideTable)},
+    {"listpicture", Destination, Fixed, number(RtfDestination::Skipped)},
+    {"listtable", Destination, Fixed, number(RtfDestination::ListTable)},
+    {"listtext", Destination, Fixed, number(RtfDestination::ListText)},
     {"lquote", Character, Fixed, 0x2018},
+    {"ls", ListNumber, Required, 0},
     {"ltrmark", Character, Fixed, 0x200e},
     {"ltrpar", RightToLeft, Fixed, 0},
     {"mac", CodePage, Fixed, 10000},
+    {"mmathPr", Destination, Fixed, number(RtfDestination::Skipped)},
     {"nestcell", Cell, Fixed, 0},
     {"nestrow", Row, Fixed, 0},
     {"nonesttables", Destination, Fixed, number(RtfDestination::Skipped)},
     {"nonshppict", Destination, Fixed, number(RtfDestination::Skipped)},
     {"nosupersub", BaseLine, Fixed, 0},
-    {"object", Destination, Fixed, number(RtfDestination::Skipped)},
+    {"object", Destination, Fixed, number(RtfDestination::Object)},
     {"page", ParagraphEnd, Fixed, 0},
     {"par", ParagraphEnd, Fixed, 0},
     {"pard", ParagraphReset, Fixed, 0},
     {"pc", CodePage, Fixed, 437},
     {"pca", CodePage, Fixed, 850},
-    {"pict", Destination, Fixed, number(RtfDestination::Skipped)},
+    {"pgptbl", Destination, Fixed, number(RtfDestination::Skipped)},
+    {"pict", Destination, Fixed, number(RtfDestination::Object)},
     {"plain", CharacterReset, Fixed, 0},
     {"pn", Destination, Fixed, number(RtfDestination::Numbering)},
     {"pndec", NumberingStyle, Fixed, number(RtfListStyle::Decimal)},
@@ -91,7 +115,7 @@ constexpr auto table = std::to_array<RtfControlWord>({
     {"pnlvlbody", NumberingStyle, Fixed, number(RtfListStyle::Decimal)},
     {"pnlvlcont", NumberingStyle, Fixed, number(RtfListStyle::None)},
     {"pnstart", NumberingStart, Required, 0},
-    {"pntext", Destination, Fixed, number(RtfDestination::Skipped)},
+    {"pntext", Destination, Fixed, number(RtfDestination::ListText)},
     {"pntxta", Destination, Fixed, number(RtfDestination::NumberingTextAfter)},
     {"pntxtb", Destination, Fixed, number(RtfDestination::NumberingTextBefore)},
     {"pnucltr", NumberingStyle, Fixed, number(RtfListStyle::UpperLetter)},
@@ -102,15 +126,23 @@ constexpr auto table = std::to_array<RtfControlWord>({
     {"qr", Alignment, Fixed, number(RtfAlignment::Right)},
     {"rdblquote", Character, Fixed, 0x201d},
     {"red", Red, Optional, 0},
+    {"revtbl", Destination, Fixed, number(RtfDestination::Skipped)},
     {"ri", RightIndent, Optional, 0},
     {"row", Row, Fixed, 1},
     {"rquote", Character, Fixed, 0x2019},
+    {"rsidtbl", Destination, Fixed, number(RtfDestination::Skipped)},
     {"rtlmark", Character, Fixed, 0x200f},
     {"rtlpar", RightToLeft, Fixed, 1},
     {"rxe", Destination, Fixed, number(RtfDestination::Skipped)},
     {"sa", SpaceAfter, Optional, 0},
     {"sb", SpaceBefore, Optional, 0},
+    {"scaps", SmallCapitals, Optional, 1},
     {"sect", ParagraphEnd, Fixed, 0},
+    {"shpgrp", Destination, Fixed, number(RtfDestination::Body)},
+    {"shpinst", Destination, Fixed, number(RtfDestination::Shape)},
+    {"shppict", Destination, Fixed, number(RtfDestination::ShapePicture)},
+    {"shprslt", Destination, Fixed, number(RtfDestination::Skipped)},
+    {"shptxt", Destination, Fixed, number(RtfDestination::TextBox)},
     {"sl", LineSpacing, Optional, 0},
     {"slmult", LineSpacingMultiple, Optional, 0},
     {"strike", Strike, Optional, 1},
@@ -120,6 +152,7 @@ constexpr auto table = std::to_array<RtfControlWord>({
     {"super", Superscript, Optional, 1},
     {"tab", Character, Fixed, 0x0009},
     {"tc", Destination, Fixed, number(RtfDestination::Skipped)},
+    {"themedata", Destination, Fixed, number(RtfDestination::Skipped)},
     {"tqc", TabKind, Fixed, number(RtfTabKind::Center)},
     {"tqdec", TabKind, Fixed, number(RtfTabKind::Decimal)},
     {"tqr", TabKind, Fixed, number(RtfTabKind::Right)},
@@ -149,14 +182,47 @@ constexpr auto table = std::to_array<RtfControlWord>({
     {"ulwave", Underline, Optional, 1},
     {"up", Raise, Optional, 6},
     {"upr", Destination, Fixed, number(RtfDestination::Alternatives)},
+    {"userprops", Destination, Fixed, number(RtfDestination::Skipped)},
     {"v", Hidden, Optional, 1},
     {"xe", Destination, Fixed, number(RtfDestination::Skipped)},
+    {"xmlnstbl", Destination, Fixed, number(RtfDestination::Skipped)},
     {"zwj", Character, Fixed, 0x200d},
     {"zwnj", Character, Fixed, 0x200c},
     {"~", Character, Fixed, 0x00a0},
 });
 static_assert(std::ranges::adjacent_find(table, std::ranges::greater_equal{}, &RtfControlWord::word) == table.end(),
               "keep the table sorted and free of duplicates");
+
+// Where the row of a word is: found by its first letters, its last one and its length.
+constexpr std::size_t slotCount = 2048;
+constexpr std::uint16_t noRow = 0xffff;
+
+constexpr std::size_t slotOf(std::string_view word)
+{
+    std::size_t hash = word.size();
+    for (const char c : word.substr(0, 8)) {
+        hash = hash * 31 + static_cast<unsigned char>(c);
+    }
+    return (hash * 31 + static_cast<unsigned char>(word.back())) % slotCount;
+}
+
+constexpr std::size_t nextSlot(std::size_t slot)
+{
+    return (slot + 1) % slotCount;
+}
+
+constexpr auto slots = [] {
+    std::array<std::uint16_t, slotCount> places{};
+    places.fill(noRow);
+    for (std::size_t row = 0; row < table.size(); ++row) {
+        std::size_t slot = slotOf(table[row].word);
+        while (places[slot] != noRow) {
+            slot = nextSlot(slot);
+        }
+        places[slot] = static_cast<std::uint16_t>(row);
+    }
+    return places;
+}();
 
 } // namespace
 
@@ -167,8 +233,16 @@ std::span<const RtfControlWord> rtfControlWords()
 
 const RtfControlWord *findRtfControlWord(std::string_view word)
 {
-    const auto row = std::ranges::lower_bound(table, word, {}, &RtfControlWord::word);
-    return row != table.end() && row->word == word ? &*row : nullptr;
+    if (word.empty()) {
+        return nullptr;
+    }
+    for (std::size_t slot = slotOf(word); slots[slot] != noRow; slot = nextSlot(slot)) {
+        const RtfControlWord &row = table[slots[slot]];
+        if (row.word == word) {
+            return &row;
+        }
+    }
+    return nullptr;
 }
 
 std::optional<int> rtfValue(const RtfControlWord &row, std::optional<int> number)

@@ -17,6 +17,7 @@ enum class RtfEffect : std::uint8_t {
     ParagraphEnd,
     Cell, ///< value: 1, or 0 in a table that stands in a cell
     Row,  ///< likewise
+    FieldStart,
 
     // The document.
     CodePage,
@@ -37,6 +38,8 @@ enum class RtfEffect : std::uint8_t {
     Italic,
     Underline,
     Strike,
+    Capitals,
+    SmallCapitals,
     Hidden,
     Superscript,
     Subscript,
@@ -46,7 +49,7 @@ enum class RtfEffect : std::uint8_t {
     Color,
     Highlight,
 
-    // Paragraphs; lengths in twips.
+    // Paragraphs, from ParagraphReset to CellEdge; lengths in twips.
     ParagraphReset,
     Alignment, ///< value: an RtfAlignment
     LeftIndent,
@@ -59,9 +62,11 @@ enum class RtfEffect : std::uint8_t {
     RightToLeft,
     TabKind, ///< value: an RtfTabKind
     TabStop,
+    ListNumber,
+    ListLevel,
     InTable,
     RowStart,
-    CellEdge,
+    CellEdge, ///< twips
 
     // Inside \pn.
     NumberingStyle, ///< value: an RtfListStyle
@@ -71,9 +76,20 @@ enum class RtfEffect : std::uint8_t {
 /// What the text and the words of a group are for.
 enum class RtfDestination : std::uint8_t {
     Body,
+    Note,    ///< text of a foot note or a comment: stands where its mark is
+    TextBox, ///< text of a drawn shape: paragraphs of their own
+    Margin,  ///< a header or a footer
     Skipped,
     FontTable,
     ColorTable,
+    ListTable,
+    ListOverrideTable,
+    ListText,         ///< the mark of a paragraph as any reader may show it
+    FieldInstruction, ///< what a field is: its result is text
+    FieldResult,
+    Shape, ///< a drawing: of its text only boxes count
+    Object,
+    ShapePicture,        ///< a picture in the form of newer programs, perhaps with an older one behind it
     Numbering,           ///< \pn: how paragraphs are marked
     NumberingTextBefore, ///< before the number, or the bullet itself
     NumberingTextAfter,

@@ -7,6 +7,13 @@ RtfFontTable::RtfFontTable(RtfCodePages &pages)
 {
 }
 
+void RtfFontTable::setDocumentCodePage(int codePage)
+{
+    if (codePage > 0 && codePage <= lastCodePage) {
+        m_documentCodePage = codePage;
+    }
+}
+
 void RtfFontTable::apply(RtfEffect effect, int value)
 {
     if (effect == RtfEffect::Font) {
@@ -14,19 +21,20 @@ void RtfFontTable::apply(RtfEffect effect, int value)
         beginEntry(value);
     } else if (effect == RtfEffect::FontCharset) {
         m_entry.charset = value;
-    } else if (effect == RtfEffect::FontCodePage) {
+    } else if (effect == RtfEffect::FontCodePage && value <= lastCodePage) {
         m_entry.codePage = value;
     }
 }
 
 void RtfFontTable::append(std::string_view bytes)
 {
-    for (std::size_t end = bytes.find(';'); end != std::string_view::npos; end = bytes.find(';')) {
-        m_entry.bytes += bytes.substr(0, end);
-        endEntry();
-        bytes.remove_prefix(end + 1);
+    for (const char byte : bytes) {
+        if (byte == ';' && !isInsideCharacter(byte)) {
+            endEntry();
+        } else {
+            m_entry.bytes += byte;
+        }
     }
-    m_entry.bytes += bytes;
 }
 
 void RtfFontTable::append(char16_t character)
@@ -48,19 +56,43 @@ void RtfFontTable::endEntry()
     if (!std::exchange(m_inEntry, false)) {
         return;
     }
-    const int codePage = codePageOf(m_entry);
-    const bool charsetTells = codePageOfCharset(m_entry.charset) == codePage;
-    m_fonts.push_back(
-        {m_entry.name.simplified(), charsetTells ? m_entry.charset : charsetOfCodePage(codePage), codePage});
+    m_fonts.push_back(fontOf(m_entry));
     m_placeOfNumber[m_entry.number] = static_cast<int>(m_fonts.size()) - 1;
+}
+
+RtfFont RtfFontTable::fontOf(const Entry &entry) const
+{
+    RtfFont font{entry.name.simplified(), entry.charset, codePageOf(entry)};
+    const int symbols = codePageOfSymbolFont(font.family);
+    const bool isSymbolByName = entry.charset == defaultCharset && entry.codePage <= 0 && symbols != symbolCodePage;
+    if (isSymbolByName || font.codePage == symbolCodePage) {
+        font.charset = symbolCharset;
+        font.codePage = symbols;
+    } else if (codePageOfCharset(font.charset) != font.codePage) {
+        font.charset = charsetOfCodePage(font.codePage);
+    }
+    return font;
 }
 
 void RtfFontTable::decodeName()
 {
-    const int codePage = codePageOf(m_entry);
-    // The name of a symbol font is not written in symbols.
-    m_entry.name += m_pages.page(codePage == symbolCodePage ? defaultCodePage : codePage).decode(m_entry.bytes);
+    m_entry.name += namePage().decode(m_entry.bytes);
     m_entry.bytes.clear();
+}
+
+/// What the name of the entry is to be decoded by: that of a symbol font is not
+/// written in symbols.
+const RtfCodePage &RtfFontTable::namePage() const
+{
+    const int codePage = codePageOf(m_entry);
+    return m_pages.page(isSymbolCodePage(codePage) ? m_documentCodePage : codePage);
+}
+
+/// Whether \p byte belongs to a character of the name that has begun.
+bool RtfFontTable::isInsideCharacter(char byte) const
+{
+    const bool mayBe = !m_entry.bytes.empty() && static_cast<signed char>(m_entry.bytes.back()) < 0;
+    return mayBe && namePage().isCutBefore(byte, m_entry.bytes);
 }
 
 int RtfFontTable::find(int number, int otherwise) const

@@ -14,7 +14,7 @@ struct RtfFont
 {
     QString family; ///< empty: the document's default font
     int charset = ansiCharset;
-    int codePage = defaultCodePage;
+    int codePage = defaultCodePage; ///< that of a symbol font is told by its name, too
 
     bool operator==(const RtfFont &) const = default;
 };
@@ -28,8 +28,9 @@ public:
     /// \p pages must outlive the table.
     explicit RtfFontTable(RtfCodePages &pages);
 
-    /// \p codePage is what a font without a character set of its own is in.
-    void setDocumentCodePage(int codePage) { m_documentCodePage = codePage; }
+    /// \p codePage is what a font without a character set of its own is in. A number
+    /// that cannot be one is ignored.
+    void setDocumentCodePage(int codePage);
 
     /// \p number is what the document calls its default font, negative for none.
     /// It need not be defined yet.
@@ -73,6 +74,9 @@ private:
 
     void beginEntry(int number);
     void decodeName();
+    [[nodiscard]] RtfFont fontOf(const Entry &entry) const;
+    [[nodiscard]] const RtfCodePage &namePage() const;
+    [[nodiscard]] bool isInsideCharacter(char byte) const;
     [[nodiscard]] int codePageOf(const Entry &entry) const;
 
     RtfCodePages &m_pages;

@@ -125,9 +125,17 @@ RtfScript scriptOf(QTextCharFormat::VerticalAlignment alignment)
     return RtfScript::Normal;
 }
 
-QString charsetProperty(int charset, const QString &family)
+RtfCapitals capitalsOf(QFont::Capitalization capitalization)
 {
-    return QString::number(charset) + QLatin1Char(' ') + family;
+    if (capitalization == QFont::AllUppercase) {
+        return RtfCapitals::All;
+    }
+    return capitalization == QFont::SmallCaps ? RtfCapitals::Small : RtfCapitals::AsTyped;
+}
+
+int hashOf(const QString &family)
+{
+    return static_cast<int>(qHash(family));
 }
 
 void setLineSpacing(QTextBlockFormat &format, const RtfParagraph &paragraph, const RtfUnits &units)
@@ -161,8 +169,10 @@ void readLineSpacing(const QTextBlockFormat &format, RtfParagraph &paragraph, co
 RtfList listOf(const QTextList &list)
 {
     const QTextListFormat format = list.format();
+    const bool isPainted = format.hasProperty(RtfListStyleShown);
     RtfList result;
-    result.style = rtfStyle(format.style());
+    result.style = rtfStyle(isPainted ? static_cast<QTextListFormat::Style>(format.intProperty(RtfListStyleShown))
+                                      : format.style());
     if (result.style != RtfListStyle::None && result.style != RtfListStyle::Bullet) {
         result.start = format.hasProperty(RtfListStart) ? format.intProperty(RtfListStart) : 1;
         result.before = format.numberPrefix();
@@ -176,9 +186,16 @@ RtfList listOf(const QTextList &list)
 std::size_t RtfCharacterHash::operator()(const RtfCharacter &character) const noexcept
 {
     const int flags = character.bold | character.italic << 1 | character.underline << 2 | character.strike << 3 |
-                      character.hidden << 4 | static_cast<int>(character.script) << 5;
-    return qHashMulti(0, character.font, character.halfPoints, character.color, character.highlight, character.shift,
-                      flags);
+                      character.hidden << 4 | static_cast<int>(character.script) << 5 |
+                      static_cast<int>(character.capitals) << 7;
+    constexpr std::uint64_t odd = 0x9e3779b97f4a7c15; // the golden ratio's fraction
+    std::uint64_t hash = 0;
+    for (const int part : {character.font, character.halfPoints, character.color, character.highlight, character.shift,
+                           character.link, flags}) {
+        hash = (hash ^ static_cast<unsigned>(part)) * odd;
+        hash ^= hash >> 32U;
+    }
+    return hash;
 }
 
 RtfUnits::RtfUnits(const QTextDocument &document)
@@ -196,14 +213,15 @@ int RtfUnits::toTwips(qreal units) const
     return static_cast<int>(std::lround(units / m_unitsPerTwip));
 }
 
-QTextCharFormat toCharFormat(const RtfCharacter &character, const RtfFont *font)
+QTextCharFormat toCharFormat(const RtfCharacter &character, const RtfFont *font, const QString &address)
 {
     QTextCharFormat format;
-    if (font != nullptr && !font->family.isEmpty()) {
+    if (font != nullptr && symbolsOfCodePage(font->codePage) != nullptr) {
+        format.setProperty(RtfSymbolFamily, font->family);
+    } else if (font != nullptr && !font->family.isEmpty()) {
         format.setFontFamilies({font->family});
-        // Kept for the plain character set too: a document finds a format by a hash
-        // in which a text counts, but a list of families does not.
-        format.setProperty(RtfFontCharset, charsetProperty(font->charset, font->family));
+        format.setProperty(RtfFontCharset, font->charset);
+        format.setProperty(RtfFontFamily, hashOf(font->family));
     }
     if (character.halfPoints > 0) {
         format.setFontPointSize(character.halfPoints / halfPointsPerPoint);
@@ -220,8 +238,15 @@ QTextCharFormat toCharFormat(const RtfCharacter &character, const RtfFont *font)
     if (character.strike) {
         format.setFontStrikeOut(true);
     }
+    if (character.capitals != RtfCapitals::AsTyped) {
+        format.setFontCapitalization(character.capitals == RtfCapitals::All ? QFont::AllUppercase : QFont::SmallCaps);
+    }
     if (character.hidden) {
         format.setProperty(RtfHiddenText, true);
+    }
+    if (!address.isEmpty()) {
+        format.setAnchor(true);
+        format.setAnchorHref(address);
     }
     if (character.shift != 0) {
         format.setProperty(RtfBaselineShift, character.shift);
@@ -248,6 +273,7 @@ RtfCharacter characterOf(const QTextCharFormat &format, const QFont &fallback, c
     character.italic = format.hasProperty(QTextFormat::FontItalic) ? format.fontItalic() : fallback.italic();
     character.underline = format.fontUnderline();
     character.strike = format.fontStrikeOut();
+    character.capitals = capitalsOf(format.fontCapitalization());
     character.hidden = format.boolProperty(RtfHiddenText);
     character.color = colorOf(format.foreground());
     character.highlight = colorOf(format.background());
@@ -263,13 +289,16 @@ RtfFont fontOf(const QTextCharFormat &format, const QFont &fallback)
 {
     RtfFont font;
     font.family = familyOf(format);
+    if (font.family.isEmpty() && format.hasProperty(RtfSymbolFamily)) {
+        const QString family = format.stringProperty(RtfSymbolFamily);
+        return {family, symbolCharset, codePageOfSymbolFont(family)};
+    }
     if (font.family.isEmpty()) {
         font.family = fallback.family();
         return font;
     }
-    const QString property = format.stringProperty(RtfFontCharset);
-    const int charset = property.section(QLatin1Char(' '), 0, 0).toInt();
-    if (!property.isEmpty() && property == charsetProperty(charset, font.family)) {
+    if (format.hasProperty(RtfFontCharset) && format.intProperty(RtfFontFamily) == hashOf(font.family)) {
+        const int charset = format.intProperty(RtfFontCharset);
         font.charset = charset;
         font.codePage = codePageOfCharset(charset);
     }
@@ -285,22 +314,7 @@ QTextBlockFormat toBlockFormat(const RtfParagraph &paragraph, const RtfUnits &un
     if (paragraph.rightToLeft) {
         format.setLayoutDirection(Qt::RightToLeft);
     }
-    if (paragraph.list.style == RtfListStyle::None) {
-        if (paragraph.leftIndent != 0) {
-            format.setLeftMargin(units.fromTwips(paragraph.leftIndent));
-        }
-        if (paragraph.firstLineIndent != 0) {
-            format.setTextIndent(units.fromTwips(paragraph.firstLineIndent));
-        }
-    } else {
-        const int start = paragraph.leftIndent + paragraph.firstLineIndent;
-        if (start != 0) {
-            format.setLeftMargin(units.fromTwips(start));
-        }
-        if (paragraph.firstLineIndent != 0) {
-            format.setProperty(RtfListHanging, -paragraph.firstLineIndent);
-        }
-    }
+    setIndents(format, paragraph, units);
     if (paragraph.rightIndent != 0) {
         format.setRightMargin(units.fromTwips(paragraph.rightIndent));
     }
@@ -321,6 +335,30 @@ QTextBlockFormat toBlockFormat(const RtfParagraph &paragraph, const RtfUnits &un
     return format;
 }
 
+void setIndents(QTextBlockFormat &format, const RtfParagraph &paragraph, const RtfUnits &units)
+{
+    for (const int property : {QTextFormat::BlockLeftMargin + 0, QTextFormat::TextIndent + 0,
+                               QTextFormat::BlockIndent + 0, RtfListHanging + 0, RtfNegativeIndent + 0}) {
+        format.clearProperty(property);
+    }
+    const bool isList = paragraph.list.style != RtfListStyle::None;
+    const int start = paragraph.leftIndent + paragraph.firstLineIndent;
+    const int margin = isList ? start : paragraph.leftIndent;
+    const int leftmost = isList ? margin : std::min(margin, start);
+    if (leftmost < 0) {
+        format.setProperty(RtfNegativeIndent, leftmost);
+    }
+    if (const int shown = margin - std::min(0, leftmost); shown != 0) {
+        format.setLeftMargin(units.fromTwips(shown));
+    }
+    if (isList && paragraph.firstLineIndent != 0) {
+        format.setProperty(RtfListHanging, -paragraph.firstLineIndent);
+    }
+    if (!isList && paragraph.firstLineIndent != 0) {
+        format.setTextIndent(units.fromTwips(paragraph.firstLineIndent));
+    }
+}
+
 QTextListFormat toListFormat(const RtfList &list)
 {
     QTextListFormat format;
@@ -328,6 +366,8 @@ QTextListFormat toListFormat(const RtfList &list)
     if (list.style != RtfListStyle::Bullet) {
         if (list.start != 1) {
             format.setProperty(RtfListStart, list.start);
+            format.setProperty(RtfListStyleShown, format.style());
+            format.setStyle(QTextListFormat::ListStyleUndefined);
         }
         format.setNumberPrefix(list.before);
         format.setNumberSuffix(list.after);
@@ -345,7 +385,7 @@ RtfParagraph paragraphOf(const QTextBlock &block, const RtfUnits &units)
         paragraph.list = listOf(*list);
     }
     const qreal steps = format.indent() * block.document()->indentWidth();
-    paragraph.leftIndent = units.toTwips(format.leftMargin() + steps);
+    paragraph.leftIndent = units.toTwips(format.leftMargin() + steps) + format.intProperty(RtfNegativeIndent);
     if (paragraph.list.style == RtfListStyle::None) {
         paragraph.firstLineIndent = units.toTwips(format.textIndent());
     } else {

@@ -16,20 +16,35 @@ class QTextDocument;
 
 /// Properties that a document keeps for RTF beside the ones that it shows.
 enum RtfProperty : int {
-    /// QString: character set and family, as long as they belong together.
+    /// int: the character set of the family whose hash is RtfFontFamily. A document
+    /// finds a format by a hash in which numbers count, but no list of families.
     RtfFontCharset = QTextFormat::UserProperty + 0x5201,
+    RtfFontFamily, ///< int
+    /// QString: the symbol font of characters that are those which it shows. They have no
+    /// family: a font with them in the places of letters would show nothing for them.
+    RtfSymbolFamily,
     RtfHiddenText,    ///< bool, of characters
     RtfBaselineShift, ///< int: half points up, negative down; of characters
     /// int: twips from the left margin of a paragraph in a list to its further
     /// lines as RTF counts them. The margin itself is where the mark begins.
     RtfListHanging,
-    RtfListStart, ///< int, of a list: its first number
+    RtfListStart, ///< int, of a list: its first number, if that is not 1
+    /// int, of a list with RtfListStart: its QTextListFormat::Style. A document numbers
+    /// every list from 1, so its own style is none and the marks are painted over it.
+    RtfListStyleShown,
+    /// int: twips, of a paragraph whose lines would begin left of the page: where they
+    /// would. It is shown at the page's edge.
+    RtfNegativeIndent,
+    RtfObjectSource, ///< QByteArray, see RtfObjectFormat.h
+    RtfObjectSize,   ///< QSize in twips
+    RtfObjectKey,    ///< int: a hash of the source, which formats are found by
 };
 
 /// A colour as 0xRRGGBB.
 inline constexpr int automaticColor = -1;
 
 enum class RtfScript : std::uint8_t { Normal, Superscript, Subscript };
+enum class RtfCapitals : std::uint8_t { AsTyped, All, Small };
 
 /// The format of characters as RTF has it.
 struct RtfCharacter
@@ -39,12 +54,14 @@ struct RtfCharacter
     int color = automaticColor;
     int highlight = automaticColor;
     int shift = 0; ///< half points above the base line
+    int link = -1; ///< place in the table of addresses in use; -1: none
     bool bold = false;
     bool italic = false;
     bool underline = false;
     bool strike = false;
     bool hidden = false;
     RtfScript script = RtfScript::Normal;
+    RtfCapitals capitals = RtfCapitals::AsTyped;
 
     bool operator==(const RtfCharacter &) const = default;
 };
@@ -110,9 +127,9 @@ private:
 
 // Each pair of functions is inverse to the other.
 
-/// \p font may be nullptr: the document's default font.
-[[nodiscard]] QTextCharFormat toCharFormat(const RtfCharacter &character, const RtfFont *font);
-/// The format without its font; a size that \p format leaves open is that of \p fallback.
+/// \p font may be nullptr: the document's default font. \p address may be empty: no link.
+[[nodiscard]] QTextCharFormat toCharFormat(const RtfCharacter &character, const RtfFont *font, const QString &address);
+/// The format without its font and its link; a size that \p format leaves open is that of \p fallback.
 [[nodiscard]] RtfCharacter characterOf(const QTextCharFormat &format, const QFont &fallback, const RtfUnits &units);
 [[nodiscard]] RtfFont fontOf(const QTextCharFormat &format, const QFont &fallback);
 
@@ -120,3 +137,7 @@ private:
 [[nodiscard]] QTextBlockFormat toBlockFormat(const RtfParagraph &paragraph, const RtfUnits &units);
 [[nodiscard]] QTextListFormat toListFormat(const RtfList &list);
 [[nodiscard]] RtfParagraph paragraphOf(const QTextBlock &block, const RtfUnits &units);
+
+/// Sets of \p format what toBlockFormat() makes of the indents of \p paragraph, and
+/// leaves the rest.
+void setIndents(QTextBlockFormat &format, const RtfParagraph &paragraph, const RtfUnits &units);

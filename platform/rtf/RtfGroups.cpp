@@ -13,6 +13,9 @@ bool RtfGroups::open()
         return false;
     }
     m_groups.push_back(m_groups.back());
+    current().begun.reset();
+    current().isField = false;
+    current().symbol.reset();
     return true;
 }
 
@@ -36,30 +39,29 @@ bool RtfGroups::begin(RtfDestination destination)
     if (outer == RtfDestination::Skipped) {
         return false;
     }
+    const bool isText = destination == RtfDestination::Note || destination == RtfDestination::TextBox;
+    if (isText && (m_excess > 0 || current().begun)) {
+        return false; // it is text all the same
+    }
     if (outer == RtfDestination::Alternatives && destination != RtfDestination::UnicodeAlternative) {
         return false;
     }
-    switch (destination) {
-    case RtfDestination::NumberingTextBefore:
-    case RtfDestination::NumberingTextAfter:
-        if (outer != RtfDestination::Numbering) {
-            skip();
-            return false;
-        }
-        enter(destination);
-        break;
-    case RtfDestination::Alternatives:
+    using enum RtfDestination;
+    const bool isAround = destination == NumberingTextBefore || destination == NumberingTextAfter;
+    if ((isAround && outer != Numbering) || (destination == FieldInstruction && outer == FieldInstruction)) {
+        skip();
+        return false;
+    }
+    if (destination == Alternatives) {
         current().alternativeTo = outer;
         enter(destination);
-        break;
-    case RtfDestination::UnicodeAlternative:
-        enter(outer == RtfDestination::Alternatives ? current().alternativeTo : outer);
-        break;
-    case RtfDestination::Body:
-    case RtfDestination::Skipped:
-    case RtfDestination::FontTable:
-    case RtfDestination::ColorTable:
-    case RtfDestination::Numbering: enter(destination); break;
+    } else if (destination == UnicodeAlternative) {
+        enter(outer == Alternatives ? current().alternativeTo : outer);
+    } else if (destination != FieldResult) { // that is what the field stands in
+        enter(destination);
+    }
+    if (!current().begun) {
+        current().begun = destination;
     }
     return true;
 }

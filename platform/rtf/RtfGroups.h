@@ -3,6 +3,7 @@
 #include "platform/rtf/RtfControlWords.h"
 #include "platform/rtf/RtfFormats.h"
 
+#include <optional>
 #include <vector>
 
 /// What a group inherits from the group around it, and what ends with it.
@@ -12,6 +13,12 @@ struct RtfGroup
     int fallbackLength = 1; ///< characters that stand for a \u behind it
     RtfDestination destination = RtfDestination::Body;
     RtfDestination alternativeTo = RtfDestination::Body; ///< what \ud returns to
+
+    // Of the very group, not of those in it.
+    std::optional<RtfDestination> begun; ///< what ends with it
+    bool isField = false;
+    std::optional<int> symbol;   ///< of a field that stands for a character
+    std::size_t countBefore = 0; ///< of pieces of text, before the field's own
 };
 
 /// The open groups of a text, and the rules by which one destination may stand

@@ -5,6 +5,19 @@
 namespace {
 
 constexpr int english = 1033;
+constexpr qsizetype longestFamily = 127;
+
+/// What a font table can hold of the name \p family.
+QString nameInTable(const QString &family)
+{
+    QString name = family.simplified();
+    // A semicolon would end the entry.
+    name.removeIf([](QChar c) { return c == u';' || c.category() == QChar::Other_Control; });
+    if (name.size() > longestFamily) {
+        name.truncate(name[longestFamily - 1].isHighSurrogate() ? longestFamily - 1 : longestFamily);
+    }
+    return name.simplified();
+}
 
 } // namespace
 
@@ -21,6 +34,7 @@ void RtfHeader::collect(int index, const QTextCharFormat &format)
     }
     RtfCharacter character = characterOf(format, m_defaultFont, m_units);
     character.font = fontNumber(fontOf(format, m_defaultFont));
+    character.link = m_links.place(format.anchorHref());
     collectColor(character.color);
     collectColor(character.highlight);
     m_formats.insert(index, character);
@@ -36,14 +50,21 @@ const RtfCodePage &RtfHeader::codePage(int number)
     return m_codePages.page(m_fonts[static_cast<std::size_t>(number)].codePage);
 }
 
-int RtfHeader::fontNumber(const RtfFont &font)
+int RtfHeader::fontNumber(RtfFont font)
 {
+    font.family = nameInTable(font.family);
+    if (font.family.isEmpty()) {
+        font.family = nameInTable(m_defaultFont.family());
+    }
+    if (font.codePage == symbolCodePage) {
+        font.codePage = codePageOfSymbolFont(font.family);
+    }
     const auto key = std::pair(font.family, font.charset);
     const auto known = m_fontNumbers.constFind(key);
     if (known != m_fontNumbers.constEnd()) {
         return *known;
     }
-    m_fonts.push_back(font);
+    m_fonts.push_back(std::move(font));
     return *m_fontNumbers.insert(key, static_cast<int>(m_fonts.size()) - 1);
 }
 
@@ -73,13 +94,11 @@ void RtfHeader::writeFonts(RtfStream &out)
     out.word("fonttbl");
     for (int number = 0; number < static_cast<int>(m_fonts.size()); ++number) {
         const RtfFont &font = m_fonts[static_cast<std::size_t>(number)];
-        QString name = font.family;
-        name = name.remove(QLatin1Char(';')).simplified(); // a semicolon would end the entry
         out.open();
         out.word("f", number);
         out.word("fnil");
         out.word("fcharset", font.charset);
-        out.text(name, m_codePages.page(font.codePage == symbolCodePage ? defaultCodePage : font.codePage));
+        out.text(font.family, m_codePages.page(isSymbolCodePage(font.codePage) ? defaultCodePage : font.codePage));
         out.semicolon();
         out.close();
     }

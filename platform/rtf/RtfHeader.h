@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/rtf/RtfFormats.h"
+#include "platform/rtf/RtfLinkTable.h"
 #include "platform/rtf/RtfStream.h"
 
 #include <QFont>
@@ -29,6 +30,8 @@ public:
 
     /// The collected format \p index; its font is the number in the table.
     [[nodiscard]] RtfCharacter format(int index) const { return m_formats.value(index); }
+    /// The address that the links of the formats lead to by the place \p link.
+    [[nodiscard]] QString address(int link) const { return m_links.at(link); }
     /// The number of \p color in the table.
     [[nodiscard]] int colorNumber(int color) const { return m_colorNumbers.value(color, 0); }
     /// The number of the font of bullets, which was collected.
@@ -40,7 +43,7 @@ public:
     void write(RtfStream &out);
 
 private:
-    [[nodiscard]] int fontNumber(const RtfFont &font);
+    [[nodiscard]] int fontNumber(RtfFont font);
     void collectColor(int color);
     void writeFonts(RtfStream &out);
     void writeColors(RtfStream &out) const;
@@ -54,5 +57,6 @@ private:
     int m_symbolFont = -1;
     std::vector<int> m_colors; ///< from number 1 on: 0 is the automatic one
     QHash<int, int> m_colorNumbers;
+    RtfLinkTable m_links;
     QHash<int, RtfCharacter> m_formats;
 };

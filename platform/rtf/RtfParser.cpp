@@ -5,20 +5,36 @@
 
 namespace {
 
-bool isPlainAscii(std::string_view text)
+/// Whether what \p destination has is text of the document.
+bool isText(RtfDestination destination)
 {
-    return std::ranges::all_of(text, [](char c) { return (c >= ' ' && c <= '~') || c == '\t'; });
+    return destination == RtfDestination::Body || destination == RtfDestination::Note ||
+           destination == RtfDestination::TextBox || destination == RtfDestination::Margin;
+}
+
+/// Whether bytes are text in the code page of their font there.
+bool isDecoded(RtfDestination destination)
+{
+    return isText(destination) || destination == RtfDestination::ListText ||
+           destination == RtfDestination::FieldInstruction || destination == RtfDestination::NumberingTextBefore ||
+           destination == RtfDestination::NumberingTextAfter;
+}
+
+bool isAscii(std::string_view text)
+{
+    return std::ranges::none_of(text, [](char c) { return static_cast<signed char>(c) < 0; });
 }
 
 } // namespace
 
-RtfParser::RtfParser(std::string_view rtf, QTextCursor &cursor)
+RtfParser::RtfParser(std::string_view rtf, QTextCursor &cursor, bool margins)
     : m_rtf(rtf)
     , m_rawBytesAreUtf8(rtf.starts_with("{\\urtf") || isMultiByteUtf8(rtf))
+    , m_margins(margins)
     , m_tokenizer(rtf)
     , m_groups(maxRtfGroupDepth)
     , m_fonts(m_codePages)
-    , m_body(cursor, m_fonts, m_colors)
+    , m_body(cursor, m_fonts, m_colors, m_links, m_listTable)
 {
 }
 
@@ -31,13 +47,12 @@ std::optional<RtfError> RtfParser::parse()
         case RtfToken::Kind::GroupStart: openGroup(token.offset); break;
         case RtfToken::Kind::GroupEnd:
             closeGroup();
-            if (!m_groups.isAnyOpen()) {
-                readRest();
+            if (!m_groups.isAnyOpen() && !readNext()) {
                 return m_error;
             }
             break;
         case RtfToken::Kind::Word: readWord(token, isGroupStart); break;
-        case RtfToken::Kind::Text: readText(token.text); break;
+        case RtfToken::Kind::Text: readText(token.text, token.isPlain); break;
         case RtfToken::Kind::HexByte: readHexByte(*token.number); break;
         case RtfToken::Kind::Binary: m_fallbackToSkip = std::max(0, m_fallbackToSkip - 1); break;
         case RtfToken::Kind::End:
@@ -54,6 +69,7 @@ void RtfParser::openGroup(std::size_t offset)
     flushBytes();
     m_isIgnorable = false;
     m_fallbackToSkip = 0;
+    m_groupStart = offset;
     if (!m_groups.open()) {
         report(RtfError::Reason::TooDeep, offset);
     }
@@ -64,16 +80,19 @@ void RtfParser::closeGroup()
     flushBytes();
     m_isIgnorable = false;
     m_fallbackToSkip = 0;
-    m_lastCharacter = character();
-    const RtfDestination closed = m_groups.destination();
+    const RtfCharacter inner = std::exchange(m_lastCharacter, character());
+    const RtfGroup group = m_groups.current();
     if (!m_groups.close()) {
         return;
     }
-    if (closed == RtfDestination::FontTable) {
+    if (group.symbol) {
+        endField(group, inner);
+    }
+    if (group.destination == RtfDestination::FontTable) {
         m_fonts.endEntry();
     }
-    if (closed != m_groups.destination()) {
-        end(closed);
+    if (group.begun) {
+        end(*group.begun);
     }
 }
 
@@ -81,7 +100,8 @@ void RtfParser::readWord(const RtfToken &token, bool isGroupStart)
 {
     flushBytes();
     const RtfControlWord *row = findRtfControlWord(token.text);
-    if (std::exchange(m_isIgnorable, false) && (row == nullptr || row->effect != RtfEffect::Destination)) {
+    const bool isIgnorable = std::exchange(m_isIgnorable, false);
+    if (isIgnorable && (row == nullptr || row->effect != RtfEffect::Destination)) {
         m_groups.skip();
         return;
     }
@@ -95,7 +115,7 @@ void RtfParser::readWord(const RtfToken &token, bool isGroupStart)
     if (row->effect == RtfEffect::Ignorable) {
         m_isIgnorable = isGroupStart; // within a group the mark is a slip of some programs
     } else if (row->effect == RtfEffect::Destination) {
-        begin(static_cast<RtfDestination>(*value));
+        begin(static_cast<RtfDestination>(*value), token, isIgnorable);
     } else {
         apply(row->effect, *value);
     }
@@ -113,7 +133,7 @@ bool RtfParser::skipFallback(const RtfControlWord *row)
     return false;
 }
 
-void RtfParser::readText(std::string_view bytes)
+void RtfParser::readText(std::string_view bytes, bool isPlain)
 {
     m_isIgnorable = false;
     const std::size_t skipped = std::min(bytes.size(), static_cast<std::size_t>(m_fallbackToSkip));
@@ -122,10 +142,10 @@ void RtfParser::readText(std::string_view bytes)
     if (bytes.empty()) {
         return;
     }
-    const bool isBody = m_groups.destination() == RtfDestination::Body;
-    if (isBody && m_bytes.empty() && isPlainAscii(bytes)) {
+    const bool isBody = isText(m_groups.destination());
+    if (isBody && m_bytes.empty() && isPlain && codePage().keepsAscii()) {
         m_body.appendAscii(bytes, character());
-    } else if (isBody && m_rawBytesAreUtf8) {
+    } else if (isBody && m_rawBytesAreUtf8 && !isAscii(bytes)) {
         flushBytes();
         m_body.append(QString::fromUtf8(bytes.data(), static_cast<qsizetype>(bytes.size())), character());
     } else {
@@ -144,63 +164,188 @@ void RtfParser::readHexByte(int byte)
     append(std::string_view(&c, 1));
 }
 
-void RtfParser::readRest()
+/// Behind the end of the text: returns whether it was followed by another one, as
+/// programs write that put texts one behind the other.
+bool RtfParser::readNext()
 {
-    const std::size_t surplus = m_rtf.find('}', m_tokenizer.offset());
-    if (surplus != std::string_view::npos) {
-        report(RtfError::Reason::UnbalancedGroups, surplus);
+    const std::string_view rest = m_tokenizer.rest();
+    const std::size_t next = rest.find("{\\rtf");
+    if (next != std::string_view::npos) {
+        std::string between(rest.substr(0, next));
+        std::erase_if(between, [](char c) { return c == '\0' || c == '\r' || c == '\n'; });
+        if (between.find_first_not_of(" \t") != std::string::npos) {
+            readText(between, false);
+            flushBytes();
+        }
+        m_tokenizer.skip(next);
+        return true;
     }
+    const std::size_t surplus = rest.find('}');
+    if (surplus != std::string_view::npos) {
+        report(RtfError::Reason::UnbalancedGroups, m_tokenizer.offset() + surplus);
+    }
+    return false;
 }
 
-void RtfParser::begin(RtfDestination destination)
+void RtfParser::begin(RtfDestination destination, const RtfToken &word, bool isIgnorable)
 {
+    if (destination == RtfDestination::Object) {
+        readObject(word, isIgnorable);
+        return;
+    }
     if (!m_groups.begin(destination)) {
         return;
     }
-    if (destination == RtfDestination::ColorTable) {
+    using enum RtfDestination;
+    if (destination == ColorTable) {
         m_colors.begin();
-    } else if (destination == RtfDestination::Numbering) {
+    } else if (destination == Numbering) {
         m_list.begin();
+    } else if (destination == FieldInstruction) {
+        m_field.begin();
+    } else if (destination == ListText) {
+        m_mark.clear();
+        m_markIsInTable.reset();
+    } else if (destination == ListTable || destination == ListOverrideTable) {
+        readLists(destination);
+    } else if (destination == ShapePicture) {
+        readShapePicture();
+    } else if (destination == Note) {
+        m_body.beginNote();
+    } else if (destination == TextBox) {
+        m_body.beginBox(character());
+    } else if (destination == Margin) {
+        readMargin();
     }
 }
 
 void RtfParser::end(RtfDestination destination)
 {
-    if (destination == RtfDestination::FontTable) {
+    using enum RtfDestination;
+    if (destination == FontTable) {
         character().font = m_fonts.findDefault(character().font);
-    } else if (destination == RtfDestination::ColorTable) {
+    } else if (destination == ColorTable) {
         m_colors.end();
-    } else if (destination == RtfDestination::Numbering) {
+    } else if (destination == Numbering) {
         m_body.setList(m_list.list());
+    } else if (destination == FieldInstruction) {
+        endInstruction();
+    } else if (destination == ListText && isText(m_groups.destination())) {
+        m_body.setMark(m_mark, m_markIsInTable.value_or(m_body.isInTable()), character());
+    } else if (destination == Note) {
+        m_body.endNote();
+    } else if (destination == TextBox) {
+        m_body.endBox(m_lastCharacter);
+    }
+}
+
+void RtfParser::readMargin()
+{
+    if (!m_margins) {
+        m_leftMarginsOut = true;
+        m_groups.skip();
+    }
+}
+
+void RtfParser::readLists(RtfDestination table)
+{
+    const std::string_view rest = takeGroup(m_tokenizer).text;
+    const std::string_view group = m_rtf.substr(m_groupStart, m_tokenizer.offset() - m_groupStart);
+    if (rest.empty()) {
+        return;
+    }
+    if (table == RtfDestination::ListTable) {
+        m_listTable.readLists(group);
+    } else {
+        m_listTable.readOverrides(group);
+    }
+}
+
+void RtfParser::readObject(const RtfToken &word, bool isIgnorable)
+{
+    const RtfDestination outer = m_groups.destination();
+    if (!isText(outer) && outer != RtfDestination::Shape) {
+        m_groups.skip();
+        return;
+    }
+    const std::string opening =
+        (isIgnorable ? "\\*" : "") + std::string(m_rtf.substr(word.offset, m_tokenizer.offset() - word.offset));
+    m_body.appendObject(toGroup(opening, takeGroup(m_tokenizer)), character());
+}
+
+/// The picture, with the form for older programs that may stand behind it.
+void RtfParser::readShapePicture()
+{
+    const RtfGroupRest rest = takeGroup(m_tokenizer);
+    if (rest.text.find("\\pict") == std::string_view::npos) {
+        return;
+    }
+    QByteArray source = toGroup("\\*\\shppict", rest);
+    RtfTokenizer ahead = m_tokenizer;
+    if (ahead.next().kind == RtfToken::Kind::GroupEnd && ahead.next().kind == RtfToken::Kind::GroupStart &&
+        ahead.next().text == "nonshppict") {
+        source += toGroup("\\nonshppict", takeGroup(ahead));
+    }
+    m_body.appendObject(source, character());
+}
+
+void RtfParser::endInstruction()
+{
+    RtfGroup &field = m_groups.current();
+    if (field.isField) {
+        field.character.link = m_links.place(m_field.address());
+        field.symbol = m_field.symbol();
+        field.countBefore = m_body.count();
+    }
+}
+
+/// Of a field for a symbol with an empty result: \p result is the format of that.
+void RtfParser::endField(const RtfGroup &field, const RtfCharacter &result)
+{
+    if (field.countBefore != m_body.count() || !isText(m_groups.destination())) {
+        return;
+    }
+    if (*field.symbol < 0x100) {
+        const char byte = static_cast<char>(*field.symbol);
+        m_body.append(m_fonts.codePage(result.font).decode({&byte, 1}), result);
+    } else {
+        const auto code = static_cast<char32_t>(*field.symbol);
+        m_body.append(QChar::fromUcs4(m_fonts.codePage(result.font).shown(code)), result);
     }
 }
 
 void RtfParser::apply(RtfEffect effect, int value)
 {
-    switch (m_groups.destination()) {
-    case RtfDestination::Body:
+    const RtfDestination destination = m_groups.destination();
+    if (isText(destination)) {
         if (!applyToText(effect, value)) {
             m_body.apply(effect, value, character());
         }
-        break;
-    case RtfDestination::FontTable:
+    } else if (destination == RtfDestination::FontTable) {
         if (!applyToText(effect, value)) {
             m_fonts.apply(effect, value);
         }
-        break;
-    case RtfDestination::ColorTable: m_colors.apply(effect, value); break;
-    case RtfDestination::Numbering:
-    case RtfDestination::NumberingTextBefore:
-    case RtfDestination::NumberingTextAfter:
-        if (effect == RtfEffect::Font) {
-            character().font = m_fonts.find(value, character().font);
-        } else if (!applyToText(effect, value)) {
-            m_list.apply(effect, value);
-        }
-        break;
-    case RtfDestination::Skipped:
-    case RtfDestination::Alternatives:
-    case RtfDestination::UnicodeAlternative: break;
+    } else if (destination == RtfDestination::ColorTable) {
+        m_colors.apply(effect, value);
+    } else if (isDecoded(destination) || destination == RtfDestination::Numbering) {
+        applyToMark(effect, value);
+    }
+}
+
+/// Of the destinations whose text is no text of the document, but in its fonts.
+void RtfParser::applyToMark(RtfEffect effect, int value)
+{
+    const bool isListText = m_groups.destination() == RtfDestination::ListText;
+    if (effect == RtfEffect::Font) {
+        character().font = m_fonts.find(value, character().font);
+    } else if (applyToText(effect, value)) {
+        return;
+    } else if (!isListText) {
+        m_list.apply(effect, value);
+    } else if (effect == RtfEffect::ParagraphReset) {
+        m_markIsInTable = false;
+    } else if (effect == RtfEffect::InTable) {
+        m_markIsInTable = true;
     }
 }
 
@@ -212,6 +357,8 @@ bool RtfParser::applyToText(RtfEffect effect, int value)
     constexpr int lastCodePoint = 0x10ffff;
     if (effect == RtfEffect::Character) {
         append(static_cast<char16_t>(value));
+    } else if (effect == RtfEffect::FieldStart) {
+        m_groups.current().isField = true;
     } else if (effect == RtfEffect::FallbackLength) {
         m_groups.current().fallbackLength = std::max(0, value);
     } else if (effect == RtfEffect::Unicode) {
@@ -232,31 +379,37 @@ bool RtfParser::applyToText(RtfEffect effect, int value)
 
 void RtfParser::append(std::string_view bytes)
 {
-    switch (m_groups.destination()) {
-    case RtfDestination::Body:
-    case RtfDestination::NumberingTextBefore:
-    case RtfDestination::NumberingTextAfter: m_bytes += bytes; break;
-    case RtfDestination::FontTable: m_fonts.append(bytes); break;
-    case RtfDestination::ColorTable: m_colors.append(bytes); break;
-    case RtfDestination::Skipped:
-    case RtfDestination::Alternatives:
-    case RtfDestination::UnicodeAlternative:
-    case RtfDestination::Numbering: break;
+    if (isDecoded(m_groups.destination())) {
+        m_bytes += bytes;
+    } else if (m_groups.destination() == RtfDestination::FontTable) {
+        m_fonts.append(bytes);
+    } else if (m_groups.destination() == RtfDestination::ColorTable) {
+        m_colors.append(bytes);
     }
 }
 
 void RtfParser::append(char16_t code)
 {
-    switch (m_groups.destination()) {
-    case RtfDestination::Body: m_body.append(code, character()); break;
-    case RtfDestination::FontTable: m_fonts.append(code); break;
-    case RtfDestination::NumberingTextBefore:
-    case RtfDestination::NumberingTextAfter: m_list.append(m_groups.destination(), code); break;
-    case RtfDestination::Skipped:
-    case RtfDestination::Alternatives:
-    case RtfDestination::UnicodeAlternative:
-    case RtfDestination::ColorTable:
-    case RtfDestination::Numbering: break;
+    if (isText(m_groups.destination())) {
+        m_body.append(QChar::fromUcs4(codePage().shown(code)), character());
+    } else if (m_groups.destination() == RtfDestination::FontTable) {
+        m_fonts.append(code);
+    } else {
+        append(QChar::fromUcs4(codePage().shown(code)));
+    }
+}
+
+void RtfParser::append(QStringView text)
+{
+    const RtfDestination destination = m_groups.destination();
+    if (destination == RtfDestination::ListText) {
+        m_mark += text;
+    } else if (destination == RtfDestination::FieldInstruction) {
+        m_field.append(text);
+    } else if (isDecoded(destination)) {
+        for (const QChar c : text) {
+            m_list.append(destination, c.unicode());
+        }
     }
 }
 
@@ -265,14 +418,15 @@ void RtfParser::flushBytes()
     if (m_bytes.empty()) {
         return;
     }
-    const QString text = m_fonts.codePage(character().font).decode(m_bytes);
+    const RtfCodePage &ofFont = codePage();
+    // What a field is is never in a symbol font.
+    const bool isCode = m_groups.destination() == RtfDestination::FieldInstruction && !ofFont.keepsAscii();
+    const QString text = (isCode ? m_codePages.page(defaultCodePage) : ofFont).decode(m_bytes);
     m_bytes.clear();
-    if (m_groups.destination() == RtfDestination::Body) {
+    if (isText(m_groups.destination())) {
         m_body.append(text, character());
-        return;
-    }
-    for (const QChar c : text) {
-        append(c.unicode());
+    } else {
+        append(QStringView(text));
     }
 }
 

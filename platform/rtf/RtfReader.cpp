@@ -50,9 +50,13 @@ std::optional<RtfError> readAt(QTextCursor &cursor, std::string_view rtf, void (
         cursor.insertText(plainText(rtf));
         return rtf.empty() ? std::nullopt : std::optional(RtfError{RtfError::Reason::NotRtf, 0});
     }
-    RtfParser parser(rtf.substr(*start), cursor);
-    std::optional<RtfError> error = parser.parse();
-    (parser.*end)();
+    std::optional<RtfParser> parser(std::in_place, rtf.substr(*start), cursor, false);
+    std::optional<RtfError> error = parser->parse();
+    if (parser->isAllInMargins()) {
+        parser.emplace(rtf.substr(*start), cursor, true);
+        error = parser->parse();
+    }
+    ((*parser).*end)();
     if (error) {
         error->offset += *start;
     }

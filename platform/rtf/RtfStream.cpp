@@ -2,12 +2,35 @@
 
 #include "platform/rtf/RtfControlWords.h"
 
+#include <QChar>
+
 #include <cstdint>
 #include <utility>
 
 namespace {
 
 constexpr std::string_view lineEnd = "\r\n";
+constexpr char32_t lastUnit = 0xffff;
+
+constexpr bool isControl(char32_t c)
+{
+    return c < U' ' || c == U'\x7f';
+}
+
+/// Whether \p c is ASCII that may stand as it is in text of \p page.
+bool isItsOwnByte(char32_t c, const RtfCodePage &page)
+{
+    if (c > U'~' || isControl(c)) {
+        return false;
+    }
+    return page.keepsAscii() || page.encode(c) == QByteArray(1, static_cast<char>(c));
+}
+
+/// Whether \p unit is written as it is in every page that keeps ASCII.
+constexpr bool isPlain(QChar unit)
+{
+    return unit >= u' ' && unit <= u'~' && unit != u'\\' && unit != u'{' && unit != u'}';
+}
 
 } // namespace
 
@@ -49,8 +72,31 @@ void RtfStream::ignorable()
 
 void RtfStream::text(QStringView text, const RtfCodePage &page)
 {
+    for (qsizetype index = 0; index < text.size(); ++index) {
+        const QChar unit = text[index];
+        if (isPlain(unit) && page.keepsAscii()) {
+            endWord();
+            m_written += static_cast<char>(unit.unicode());
+            continue;
+        }
+        if (unit.isHighSurrogate() && index + 1 < text.size() && text[index + 1].isLowSurrogate()) {
+            character(QChar::surrogateToUcs4(unit, text[++index]), page);
+        } else {
+            character(unit.unicode(), page);
+        }
+    }
+}
+
+void RtfStream::text(QStringView text)
+{
+    static const RtfCodePage plain(defaultCodePage);
     for (const QChar c : text) {
-        character(c.unicode(), page);
+        if (c.unicode() < 0x80) {
+            character(c.unicode(), plain);
+        } else {
+            endWord();
+            unicode(c.unicode());
+        }
     }
 }
 
@@ -58,6 +104,12 @@ void RtfStream::ascii(std::string_view text)
 {
     endWord();
     m_written += text;
+}
+
+void RtfStream::group(std::string_view source)
+{
+    m_written += source;
+    m_wordIsOpen = false;
 }
 
 void RtfStream::semicolon()
@@ -79,24 +131,19 @@ void RtfStream::endWord()
     }
 }
 
-void RtfStream::character(char16_t c, const RtfCodePage &page)
+void RtfStream::character(char32_t c, const RtfCodePage &page)
 {
     endWord();
     switch (c) {
-    case u'\\':
-    case u'{':
-    case u'}':
-        m_written += '\\';
-        m_written += static_cast<char>(c);
-        break;
-    case u'\t': m_written += "\\tab "; break;
-    case u'\v':
+    case U'\t': m_written += "\\tab "; break;
+    case U'\v':
     case QChar::LineSeparator:
         m_written += "\\line";
         m_written += lineEnd;
         break;
     default:
-        if (c >= u' ' && c <= u'~') {
+        if (isItsOwnByte(c, page)) {
+            m_written += c == U'\\' || c == U'{' || c == U'}' ? "\\" : "";
             m_written += static_cast<char>(c);
         } else {
             unusual(c, page);
@@ -104,25 +151,30 @@ void RtfStream::character(char16_t c, const RtfCodePage &page)
     }
 }
 
-void RtfStream::unusual(char16_t c, const RtfCodePage &page)
+void RtfStream::unusual(char32_t c, const RtfCodePage &page)
 {
-    if (c >= 0x80) {
-        const QByteArray bytes = page.encode(c);
-        if (!bytes.isEmpty()) {
-            for (const char byte : bytes) {
-                hexByte(byte);
-            }
-            return;
+    const QByteArray bytes = isControl(c) ? QByteArray() : page.encode(c);
+    if (!bytes.isEmpty()) {
+        for (const char byte : bytes) {
+            hexByte(byte);
         }
-        const std::string_view word = rtfWordForCharacter(c);
-        if (!word.empty()) {
-            m_written += '\\';
-            m_written += word;
-            m_written += word.size() > 1 ? " " : ""; // a symbol of one character takes no blank
-            return;
-        }
+        return;
     }
-    m_written += "\\u" + std::to_string(static_cast<std::int16_t>(c)) + '?';
+    const std::string_view word = c <= lastUnit ? rtfWordForCharacter(static_cast<char16_t>(c)) : std::string_view();
+    if (!word.empty()) {
+        m_written += '\\';
+        m_written += word;
+        m_written += word.size() > 1 ? " " : ""; // a symbol of one character takes no blank
+        return;
+    }
+    for (const char16_t unit : QChar::fromUcs4(c)) {
+        unicode(unit);
+    }
+}
+
+void RtfStream::unicode(char16_t unit)
+{
+    m_written += "\\u" + std::to_string(static_cast<std::int16_t>(unit)) + '?';
 }
 
 void RtfStream::hexByte(char byte)

@@ -29,8 +29,12 @@ public:
     /// own, else as \u with a question mark to stand for it. None is a paragraph
     /// separator of any kind.
     void text(QStringView text, const RtfCodePage &page);
+    /// Likewise, but no character as a byte beyond ASCII.
+    void text(QStringView text);
     /// Printable ASCII without backslashes and braces.
     void ascii(std::string_view text);
+    /// A whole group, 7-bit, as it stands.
+    void group(std::string_view source);
     /// A semicolon, which a word ends at without a blank.
     void semicolon();
     /// The bullet of the symbol font.
@@ -40,8 +44,9 @@ public:
 
 private:
     void endWord();
-    void character(char16_t c, const RtfCodePage &page);
-    void unusual(char16_t c, const RtfCodePage &page);
+    void character(char32_t c, const RtfCodePage &page);
+    void unusual(char32_t c, const RtfCodePage &page);
+    void unicode(char16_t unit);
     void hexByte(char byte);
 
     std::string m_written;

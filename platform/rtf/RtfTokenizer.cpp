@@ -16,17 +16,29 @@ constexpr bool isDigit(char c)
     return c >= '0' && c <= '9';
 }
 
-constexpr auto textEnds = [] {
-    std::array<bool, 256> table{};
-    for (const char c : {'\\', '{', '}', '\r', '\n'}) {
-        table[static_cast<unsigned char>(c)] = true;
+// What a byte is in a run of text.
+constexpr std::uint8_t endOfText = 1;
+constexpr std::uint8_t notPlain = 2;
+
+constexpr auto textBytes = [] {
+    std::array<std::uint8_t, 256> table{};
+    for (std::size_t byte = 0; byte < table.size(); ++byte) {
+        table[byte] = (byte >= ' ' && byte <= '~') || byte == '\t' ? 0 : notPlain;
+    }
+    for (const char end : {'\\', '{', '}', '\r', '\n'}) {
+        table[static_cast<unsigned char>(end)] |= endOfText;
     }
     return table;
 }();
 
+constexpr std::uint8_t textByte(char c)
+{
+    return textBytes[static_cast<unsigned char>(c)];
+}
+
 constexpr bool endsText(char c)
 {
-    return textEnds[static_cast<unsigned char>(c)];
+    return (textByte(c) & endOfText) != 0;
 }
 
 /// Value of the hexadecimal digit \p c, or -1.
@@ -79,9 +91,11 @@ RtfToken RtfTokenizer::next()
 RtfToken RtfTokenizer::textRun()
 {
     const std::size_t start = m_next;
-    const auto end = std::find_if(m_rtf.begin() + static_cast<std::ptrdiff_t>(start), m_rtf.end(), endsText);
-    m_next = static_cast<std::size_t>(end - m_rtf.begin());
-    return {RtfToken::Kind::Text, start, m_rtf.substr(start, m_next - start), {}};
+    std::uint8_t seen = 0;
+    for (; !atEnd() && !endsText(m_rtf[m_next]); ++m_next) {
+        seen |= textByte(m_rtf[m_next]);
+    }
+    return {RtfToken::Kind::Text, start, m_rtf.substr(start, m_next - start), {}, seen == 0};
 }
 
 std::optional<RtfToken> RtfTokenizer::escape()
@@ -98,7 +112,7 @@ std::optional<RtfToken> RtfTokenizer::escape()
     switch (c) {
     case '\\':
     case '{':
-    case '}': return RtfToken{RtfToken::Kind::Text, start, m_rtf.substr(start + 1, 1), {}};
+    case '}': return RtfToken{RtfToken::Kind::Text, start, m_rtf.substr(start + 1, 1), {}, true};
     case '\'': return hexByte(start);
     case '\r':
         if (!atEnd() && m_rtf[m_next] == '\n') {

@@ -11,7 +11,7 @@ struct RtfToken
     enum class Kind : std::uint8_t {
         GroupStart,
         GroupEnd,
-        Word,    ///< \word, \word12 or \~: text is the word without backslash and number
+        Word,    ///< \word, \word12 or \~: text is the word without backslash and number, or "\n"
         Text,    ///< text is a run of bytes as they stand, at least one
         HexByte, ///< \'hh: number is the byte, 0 to 255
         Binary,  ///< the bytes that follow a \bin word: text, fewer than announced at the end of the input
@@ -22,6 +22,7 @@ struct RtfToken
     std::size_t offset = 0;    ///< bytes from the start of the input to the token's first byte
     std::string_view text;     ///< points into the input
     std::optional<int> number; ///< a number outside the range of int is the nearest int
+    bool isPlain = false;      ///< of Text: nothing but printable ASCII and tabs
 };
 
 /// Cuts an RTF text into tokens. It never fails: every input is some sequence
@@ -39,6 +40,10 @@ public:
 
     /// Bytes from the start of the input to the next token.
     [[nodiscard]] std::size_t offset() const { return m_next; }
+    /// What is left of the input.
+    [[nodiscard]] std::string_view rest() const { return m_rtf.substr(m_next); }
+    /// Goes on \p length bytes further, which are at most what is left.
+    void skip(std::size_t length) { m_next += length; }
 
 private:
     RtfToken textRun();

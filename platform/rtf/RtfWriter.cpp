@@ -1,8 +1,10 @@
 #include "platform/rtf/RtfWriter.h"
 
+#include "platform/rtf/RtfFieldReader.h"
 #include "platform/rtf/RtfFormats.h"
 #include "platform/rtf/RtfHeader.h"
 #include "platform/rtf/RtfListWriter.h"
+#include "platform/rtf/RtfObjectFormat.h"
 #include "platform/rtf/RtfStream.h"
 
 #include <QTextCursor>
@@ -49,6 +51,7 @@ private:
     void countParagraph(const RtfList &list);
     void writeParagraphFormat(const RtfParagraph &paragraph);
     void writeListMark(const RtfList &list);
+    void setLink(int link);
     void writeFormat(const RtfCharacter &format);
 
     [[nodiscard]] QTextBlock firstBlock() const { return m_document.findBlock(m_range.start); }
@@ -71,6 +74,7 @@ private:
 
     // As written last.
     RtfCharacter m_format;
+    RtfCharacter m_formatAroundLink;
     std::optional<RtfParagraph> m_paragraph;
     int m_number = 0; ///< of the paragraph in its list
 };
@@ -100,13 +104,16 @@ std::string Writer::write()
 template <typename Visit>
 void Writer::visitRuns(const QTextBlock &block, Visit visit) const
 {
+    int position = block.position();
     for (auto run = block.begin(); !run.atEnd(); ++run) {
         const QTextFragment fragment = run.fragment();
-        const int start = std::max(fragment.position(), m_range.start);
-        const int end = std::min(fragment.position() + fragment.length(), m_range.end);
-        if (start < end && fragment.charFormat().objectType() == QTextFormat::NoObject) {
-            visit(fragment, start - fragment.position(), end - start);
+        const int length = fragment.length();
+        const int start = std::max(0, m_range.start - position);
+        const int end = std::min(length, m_range.end - position);
+        if (start < end) {
+            visit(fragment, start, end - start);
         }
+        position += length;
     }
 }
 
@@ -145,13 +152,26 @@ void Writer::writeParagraph(const QTextBlock &block)
     };
     visitRuns(block, [&](const QTextFragment &fragment, int from, int length) {
         const RtfCharacter format = m_header.format(fragment.charFormatIndex());
+        if (format.link >= 0) {
+            writeMark();
+        }
+        setLink(format.link);
         writeFormat(format);
         writeMark();
+        if (const QByteArray source = objectSourceOf(fragment.charFormat()); !source.isEmpty()) {
+            for (int count = length; count > 0; --count) {
+                m_out.group({source.constData(), static_cast<std::size_t>(source.size())});
+            }
+            return;
+        }
         const QString text = fragment.text();
         m_out.text(QStringView(text).mid(from, length), m_header.codePage(format.font));
     });
+    setLink(-1);
     if (closes(block) || m_format.font < 0) {
-        writeFormat(m_header.format(block.charFormatIndex()));
+        RtfCharacter mark = m_header.format(block.charFormatIndex());
+        mark.link = -1;
+        writeFormat(mark);
     }
     writeMark();
     if (closes(block)) {
@@ -212,6 +232,32 @@ void Writer::writeListMark(const RtfList &list)
     writeRtfListMark(m_out, list, m_number, m_header.symbolFont(), m_header.codePage(0));
 }
 
+/// Ends the link that is open, unless it is \p link, and begins that one; -1 is none.
+void Writer::setLink(int link)
+{
+    if (link == m_format.link) {
+        return;
+    }
+    if (m_format.link >= 0) {
+        m_out.close();
+        m_out.close();
+        m_format = m_formatAroundLink;
+    }
+    if (link >= 0) {
+        m_formatAroundLink = m_format;
+        m_format.link = link;
+        m_out.open();
+        m_out.word("field");
+        m_out.open();
+        m_out.ignorable();
+        m_out.word("fldinst");
+        m_out.text(linkInstruction(m_header.address(link)));
+        m_out.close();
+        m_out.open();
+        m_out.word("fldrslt");
+    }
+}
+
 /// The words that lead from the format written last to \p format.
 void Writer::writeFormat(const RtfCharacter &format)
 {
@@ -231,6 +277,12 @@ void Writer::writeFormat(const RtfCharacter &format)
     toggle(last.bold, format.bold, "b", "b0");
     toggle(last.italic, format.italic, "i", "i0");
     toggle(last.strike, format.strike, "strike", "strike0");
+    if (format.capitals != last.capitals) {
+        m_out.word(format.capitals == RtfCapitals::All     ? "caps"
+                   : format.capitals == RtfCapitals::Small ? "scaps"
+                   : last.capitals == RtfCapitals::All     ? "caps0"
+                                                           : "scaps0");
+    }
     toggle(last.hidden, format.hidden, "v", "v0");
     if (format.script != last.script) {
         m_out.word(format.script == RtfScript::Superscript ? "super"

@@ -138,7 +138,7 @@ INSTANTIATE_TEST_SUITE_P(
                   QStringLiteral("a: center | b: right | c:  | d: ")},
         FormatRow{"AreIndented", wholeRtf(R"(\li300\fi-150\ri450 a)"),
                   QStringLiteral("a: left20 first-10 rightmargin30")},
-        FormatRow{"MayBeginBeforeTheMargin", wholeRtf(R"(\li-495 a)"), QStringLiteral("a: left-33")},
+        FormatRow{"ThatBeginLeftOfThePageAreShownAtItsEdge", wholeRtf(R"(\li-495 a)"), QStringLiteral("a: ")},
         FormatRow{"HaveSpaceAroundThem", wholeRtf(R"(\sb150\sa300 a)"), QStringLiteral("a: above10 below20")},
         FormatRow{"HaveNoNegativeSpaceAroundThem", wholeRtf(R"(\sb-150\sa-300 a)"), QStringLiteral("a: ")},
         FormatRow{"HaveLinesOfALeastHeight", wholeRtf(R"(\sl300\slmult0 a)"), QStringLiteral("a: atleast20")},

@@ -94,7 +94,7 @@ INSTANTIATE_TEST_SUITE_P(
         TextRow{"OfAMac", R"({\rtf1\mac \'8e})", QStringLiteral("é")},
         TextRow{"OfAPc", R"({\rtf1\pc \'81})", QStringLiteral("ü")},
         TextRow{"OfAnInternationalPc", R"({\rtf1\pca \'9b})", QStringLiteral("ø")},
-        TextRow{"OfASymbolFontArePrivateCharacters", wholeRtf(R"(\f1\'b7)"), QStringLiteral("\uf0b7")},
+        TextRow{"OfTheSymbolFontAreWhatItShows", wholeRtf(R"(\f1\'b7a)"), QStringLiteral("\u2022\u03b1")},
         TextRow{"ThatStandAsTheyAreAreDecodedToo", wholeRtf("caf\xe9"), QStringLiteral("café")},
         TextRow{"ThatCanAllBeUtf8AreUtf8", wholeRtf("\xc3\x84pfel \xe2\x82\xac\\par"), QStringLiteral("Äpfel €")},
         TextRow{"OfAUtf8DocumentAreUtf8", "{\\urtf1 \xc3\xa9}", QStringLiteral("é")},
@@ -138,11 +138,16 @@ INSTANTIATE_TEST_SUITE_P(
                 wholeRtf(R"({\info{\title T}}{\stylesheet{\s1 S;}}{\header h}{\footer f}{\headerl h}{\footerr f}a)"),
                 QStringLiteral("a")},
         TextRow{"OfTheIndexAreSkipped", wholeRtf(R"(a{\xe index}{\tc contents}b)"), QStringLiteral("ab")},
-        TextRow{"OfPicturesAreSkipped", wholeRtf("a{\\pict\\wmetafile8 0100\r\n0900}{\\nonshppict{\\pict 00}}b"),
+        TextRow{"OfPicturesAreACharacter", wholeRtf("a{\\pict\\wmetafile8 0100\r\n0900}{\\nonshppict{\\pict 00}}b"),
+                QStringLiteral("a\ufffcb")},
+        TextRow{"OfPicturesInTwoFormsAreACharacter",
+                wholeRtf("a{\\*\\shppict{\\pict\\pngblip 00}}{\\nonshppict{\\pict\\wmetafile8 00}}b"),
+                QStringLiteral("a\ufffcb")},
+        TextRow{"OfObjectsAreACharacter", wholeRtf(R"(a{\object\objemb{\*\objdata 0105}{\result{\pict 00}}}b)"),
+                QStringLiteral("a\ufffcb")},
+        TextRow{"OfPicturesMayHoldBinaryData", wholeRtf("a{\\pict\\bin3 }}}}b"), QStringLiteral("a\ufffcb")},
+        TextRow{"OfPicturesThatAreSkippedAreSkipped", wholeRtf(R"(a{\*\unknown{\pict 00}{\object}}b)"),
                 QStringLiteral("ab")},
-        TextRow{"OfObjectsAreSkipped", wholeRtf(R"(a{\object\objemb{\*\objdata 0105}{\result{\pict 00}}}b)"),
-                QStringLiteral("ab")},
-        TextRow{"OfPicturesMayHoldBinaryData", wholeRtf("a{\\pict\\bin3 }}}}b"), QStringLiteral("ab")},
         TextRow{
             "OfFieldsShowTheirResult",
             wholeRtf(R"(a{\field{\*\fldinst HYPERLINK "x"}{\fldrslt{\ul link}}}b{\field{\fldinst PAGE}{\fldrslt 1}})"),
@@ -151,8 +156,30 @@ INSTANTIATE_TEST_SUITE_P(
                 QStringLiteral("one\ntwo")},
         TextRow{"InsideSkippedOnesDoNotEndThem", wholeRtf(R"({\info{\upr{a}{\*\ud{b}}}{\fonttbl{\f0 X;}}c}d)"),
                 QStringLiteral("d")},
-        TextRow{"OfRevisionsAndCommentsAreSkipped", wholeRtf(R"(a{\*\annotation n}{\*\atnid x}b)"),
-                QStringLiteral("ab")}),
+        TextRow{"OfCommentsStandWhereTheyWereMade",
+                wholeRtf(
+                    R"(in{\*\atnid A}{\*\atnauthor Ann}{\*\annotation{\*\atnref 1}\pard\qc Why?\par So.\par} put\par)"),
+                QStringLiteral("in A Ann Why?\u2028So. put")},
+        TextRow{"OfFootNotesStandWhereTheirMarkIs", wholeRtf(R"(a{\footnote\pard Note\par}, b {\footnote x} c\par)"),
+                QStringLiteral("a Note , b x c")},
+        TextRow{"OfNotesInNotesAreText", wholeRtf(R"(a{\footnote b{\footnote c}d}e\par f\par)"),
+                QStringLiteral("a b c d e\nf")},
+        TextRow{"OfTextBoxesAreParagraphs",
+                wholeRtf(R"(a{\shp{\*\shpinst{\sp{\sn x}{\sv 1}}{\shptxt\pard\qc box\par two}}{\shprslt old}}b\par)"),
+                QStringLiteral("a\nbox\ntwo\nb")},
+        TextRow{"OfOldTextBoxesAreParagraphs", wholeRtf(R"({\*\do\dobxcolumn{\dptxbxtext box\par}}b\par)"),
+                QStringLiteral("box\nb")},
+        TextRow{"OfHeadersAndFootersAreSkipped", wholeRtf(R"({\header h\par}{\footerf f\par}a\par)"),
+                QStringLiteral("a")},
+        TextRow{"OfHeadersAreReadWhereThereIsNothingElse", wholeRtf(R"({\header h\par}{\footer f\par})"),
+                QStringLiteral("h\nf")},
+        TextRow{"OfSymbolsAreCharacters",
+                wholeRtf(R"(a{\field{\*\fldinst SYMBOL 233 \\f "Arial" \\s 10}{\fldrslt\f0}}b)"),
+                QStringLiteral("a\u00e9b")},
+        TextRow{"OfSymbolsWithAResultAreTheirResult", wholeRtf(R"(a{\field{\*\fldinst SYMBOL 233}{\fldrslt\f0 x}}b)"),
+                QStringLiteral("axb")},
+        TextRow{"OfSeveralTextsBehindEachOther", wholeRtf("a\\par") + "\r\nand " + wholeRtf("b\\par"),
+                QStringLiteral("a\nand b")}),
     rowName);
 
 INSTANTIATE_TEST_SUITE_P(
@@ -185,7 +212,7 @@ TEST(RtfReader, ATopicNameIsReadAsItWasTyped)
     EXPECT_EQ(notes("A{b}\\c"), QStringLiteral("Abnotes..."));
     EXPECT_EQ(notes("A}"), QStringLiteral("A"));
     EXPECT_EQ(notes("{"), QStringLiteral(" notes..."));
-    EXPECT_EQ(notes("C:\\pict"), QStringLiteral("C:"));
+    EXPECT_EQ(notes("C:\\pict"), QStringLiteral("C:\ufffc"));
 }
 
 TEST(RtfReader, ReadingReplacesTheDocumentAndLeavesNothingToUndo)

@@ -8,6 +8,9 @@ namespace {
 const RtfCodePage western(defaultCodePage);
 const RtfCodePage japanese(932);
 const RtfCodePage symbols(symbolCodePage);
+const RtfCodePage greek(codePageOfSymbolFont(u"Symbol"));
+const RtfCodePage pictures(codePageOfSymbolFont(u"Wingdings"));
+const RtfCodePage unicode(65001);
 
 struct StreamRow
 {
@@ -117,22 +120,33 @@ INSTANTIATE_TEST_SUITE_P(
 
 INSTANTIATE_TEST_SUITE_P(
     Characters, RtfStreams,
-    testing::Values(text("OfAsciiStandAsTheyAre", QStringLiteral("az AZ~"), western, "az AZ~"),
-                    text("OfStructureAreEscaped", QStringLiteral("{}\\"), western, "\\{\\}\\\\"),
-                    text("OfTabsAreWords", QStringLiteral("\t1"), western, "\\tab 1"),
-                    text("OfBrokenLinesAreWords", QStringLiteral("a\u2028b\vc"), western, "a\\line\r\nb\\line\r\nc"),
-                    text("OfThePageAreBytes", QStringLiteral("é€"), western, "\\'e9\\'80"),
-                    text("OfThePageMayBeTwoBytes", QStringLiteral("あa"), japanese, "\\'82\\'a0a"),
-                    text("OfASymbolFontAreBytes", QStringLiteral("\uf0b7"), symbols, "\\'b7"),
-                    text("OfTheBulletAreNoBullet", QStringLiteral("\uf0b7"), western, "\\u-3913?"),
-                    text("WithAWordAreTheWord", QStringLiteral("\u200d1"), western, "\\zwj 1"),
-                    text("WithASymbolAreTheSymbol", QStringLiteral("\u20111"), western, "\\_1"),
-                    text("OfThePageAreRatherBytesThanWords", QStringLiteral("\u00a0—"), western, "\\'a0\\'97"),
-                    text("BeyondThePageAreUnicode", QStringLiteral("π1"), western, "\\u960?1"),
-                    text("OfTheUpperHalfAreNegative", QStringLiteral("\uffff"), western, "\\u-1?"),
-                    text("BeyondThePlaneArePairs", QStringLiteral("\U0001f60a"), western, "\\u-10179?\\u-8694?"),
-                    text("OfControlAreUnicode", QString(QChar(0)) + QChar(31) + QChar(127), western,
-                         "\\u0?\\u31?\\u127?")),
+    testing::Values(
+        text("OfAsciiStandAsTheyAre", QStringLiteral("az AZ~"), western, "az AZ~"),
+        text("OfStructureAreEscaped", QStringLiteral("{}\\"), western, "\\{\\}\\\\"),
+        text("OfTabsAreWords", QStringLiteral("\t1"), western, "\\tab 1"),
+        text("OfBrokenLinesAreWords", QStringLiteral("a\u2028b\vc"), western, "a\\line\r\nb\\line\r\nc"),
+        text("OfThePageAreBytes", QStringLiteral("é€"), western, "\\'e9\\'80"),
+        text("OfThePageMayBeTwoBytes", QStringLiteral("あa"), japanese, "\\'82\\'a0a"),
+        text("OfASymbolFontAreBytes", QStringLiteral("\uf0b7"), symbols, "\\'b7"),
+        text("OfAKnownSymbolFontAreBytes", QStringLiteral("αβ•"), greek, "\\'61\\'62\\'b7"),
+        text("OfAKnownSymbolFontMayBeTheSame", QStringLiteral("1 {=}"), greek, "1 \\{=\\}"),
+        text("OfAKnownSymbolFontMayBeABackslash", QStringLiteral("∴\\"), greek, "\\'5c\\u92?"),
+        text("OfAKnownSymbolFontMayBeBeyondThePlane", QStringLiteral("\U0001f610x"), pictures, "\\'4b\\u120?"),
+        text("OfAKnownSymbolFontMayBePrivate", QStringLiteral("\uf0b7\uf0f0"), greek, "\\'b7\\'f0"),
+        text("OfTabsAreWordsInASymbolFont", QStringLiteral("\t\u2028"), greek, "\\tab \\line\r\n"),
+        text("OfControlAreUnicodeInASymbolFont", QString(QChar(1)) + QChar(127), greek, "\\u1?\\u127?"),
+        text("OfWordsAreWordsInASymbolFont", QStringLiteral("\u00a0—"), greek, "\\~\\emdash "),
+        text("BeyondThePlaneMayBeBytes", QStringLiteral("\U0001f60a"), unicode, "\\'f0\\'9f\\'98\\'8a"),
+        text("OfHalfAPairAreUnicode", QString(QChar(0xd83d)) + QLatin1Char('a') + QChar(0xde0a), unicode,
+             "\\u-10179?a\\u-8694?"),
+        text("OfTheBulletAreNoBullet", QStringLiteral("\uf0b7"), western, "\\u-3913?"),
+        text("WithAWordAreTheWord", QStringLiteral("\u200d1"), western, "\\zwj 1"),
+        text("WithASymbolAreTheSymbol", QStringLiteral("\u20111"), western, "\\_1"),
+        text("OfThePageAreRatherBytesThanWords", QStringLiteral("\u00a0—"), western, "\\'a0\\'97"),
+        text("BeyondThePageAreUnicode", QStringLiteral("π1"), western, "\\u960?1"),
+        text("OfTheUpperHalfAreNegative", QStringLiteral("\uffff"), western, "\\u-1?"),
+        text("BeyondThePlaneArePairs", QStringLiteral("\U0001f60a"), western, "\\u-10179?\\u-8694?"),
+        text("OfControlAreUnicode", QString(QChar(0)) + QChar(31) + QChar(127), western, "\\u0?\\u31?\\u127?")),
     rowName);
 
 } // namespace

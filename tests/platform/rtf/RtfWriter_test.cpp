@@ -1,3 +1,4 @@
+#include "platform/rtf/RtfObjectFormat.h"
 #include "platform/rtf/RtfWriter.h"
 #include "tests/platform/rtf/RtfDocuments.h"
 
@@ -354,12 +355,15 @@ TEST_F(RtfSelection, OfNothingHasNoText)
     EXPECT_TRUE(writeRtf(QTextCursor()).empty());
 }
 
-TEST_F(RtfSelection, OfAnObjectLeavesItOut)
+TEST_F(RtfSelection, OfAnObjectIsItsSource)
 {
     QTextCursor cursor(m_document.get());
     cursor.setPosition(1);
-    cursor.insertImage(QStringLiteral("picture.png"));
-    EXPECT_EQ(inserted(0, 4), QStringLiteral("one"));
+    insertObject(cursor, "{\\pict\\pngblip 0042}");
+    EXPECT_EQ(inserted(0, 4), QStringLiteral("o\ufffcne"));
+    cursor.setPosition(1);
+    cursor.setPosition(2, QTextCursor::KeepAnchor);
+    EXPECT_NE(writeRtf(cursor).find("{\\pict\\pngblip 0042}"), std::string::npos);
 }
 
 TEST(RtfWriter, WritesSevenBitsOnly)
