@@ -212,7 +212,7 @@ void frmFlashCard::loadCard()
         pane->clear(); // a card that cannot be read shows nothing, not the one before
     }
     for (const Side side : bothSides) {
-        RichTextBox1.at(paneOf(side))->setTextRtf(QString::fromStdString(m_session.text(side)));
+        RichTextBox1.at(paneOf(side))->setRtf(m_session.text(side));
     }
 }
 

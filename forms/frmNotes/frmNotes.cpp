@@ -197,7 +197,7 @@ void frmNotes::ShowTopic()
     Label1->clear();
     StatusBar1->hide();
     const TopicContents topic = readTopic(subjectFile(m_module.subject), selectedTopic());
-    RichTextBox1->setTextRtf(QString::fromStdString(topic.notes));
+    RichTextBox1->setRtf(topic.notes);
     Label1->setText(QString::fromStdString(topic.name));
     StatusBar1->setText(cardCountLine(topic.cardCount));
     StatusBar1->show();

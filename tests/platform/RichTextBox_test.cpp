@@ -1,22 +1,38 @@
 #include "platform/NotebookPage.h"
 #include "platform/PaperPalette.h"
 #include "platform/RichTextBox.h"
+#include "platform/rtf/RtfWriter.h"
 #include "tests/support/KeyWindow.h"
 
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QImage>
 #include <QKeyEvent>
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QTest>
 #include <QTextBlock>
 #include <QTextDocument>
+#include <QTextList>
 #include <QWheelEvent>
 
+#include <array>
+#include <functional>
 #include <gtest/gtest.h>
+#include <string>
+#include <vector>
 
 namespace {
 
 const QString redRtf = QStringLiteral(
     "{\\rtf1\\ansi{\\colortbl ;\\red192\\green0\\blue0;}\\pard plain \\cf1 red\\cf0  \\b bold\\b0\\par}");
+
+QImage picture()
+{
+    QImage image(20, 10, QImage::Format_RGB32);
+    image.fill(Qt::red);
+    return image;
+}
 
 class RichTextBoxTest : public testing::Test
 {
@@ -46,6 +62,91 @@ TEST_F(RichTextBoxTest, RtfThatWasSetIsHandedBackToTheLetter)
     m_box->setLocked(true);
     m_box->setLocked(false);
     EXPECT_EQ(m_box->textRtf(), redRtf);
+}
+
+TEST_F(RichTextBoxTest, TheBytesThatWereSetComeBackWhateverTheyAre)
+{
+    using namespace std::string_literals;
+    for (const std::string &rtf : {"{\\rtf1\\ansi caf\xe9 \\'e9\\par}\r\n\0"s, "\xef\xbb\xbf{\\rtf1 marked\\par}"s,
+                                   " \n{\\rtf not closed"s, "{\\urtf1 \xc3\xa9}"s}) {
+        m_box->setRtf(rtf);
+        EXPECT_EQ(m_box->rtf(), rtf);
+    }
+}
+
+TEST_F(RichTextBoxTest, BytesThatAreNotUtf8AreWrittenAnewForTheProperty)
+{
+    m_box->setRtf("{\\rtf1\\ansi caf\xe9\\par}");
+    EXPECT_EQ(m_box->plainText(), QStringLiteral("caf\u00e9"));
+    EXPECT_TRUE(m_box->textRtf().contains(QStringLiteral("caf\\'e9")));
+    m_box->setRtf("\xef\xbb\xbf{\\rtf1 caf\xc3\xa9\\par}");
+    EXPECT_EQ(m_box->textRtf(), QStringLiteral("\ufeff{\\rtf1 caf\u00e9\\par}"));
+    EXPECT_EQ(m_box->plainText(), QStringLiteral("caf\u00e9"));
+}
+
+TEST_F(RichTextBoxTest, ChangesThatAreUndoneGiveTheSameBytesAgain)
+{
+    const std::string rtf = "{\\rtf1\\ansi caf\xe9 \\b bold\\b0\\par}";
+    m_box->setRtf(rtf);
+    QTest::keyClicks(m_box, QStringLiteral("X"));
+    m_box->selectAll();
+    m_box->setSelItalic(true);
+    EXPECT_NE(m_box->rtf(), rtf);
+    QTest::keyClick(m_box, Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_NE(m_box->rtf(), rtf);
+    QTest::keyClick(m_box, Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(m_box->rtf(), rtf);
+    m_box->redo();
+    EXPECT_NE(m_box->rtf(), rtf);
+    m_box->undo();
+    EXPECT_EQ(m_box->rtf(), rtf);
+    QTest::keyClicks(m_box, QStringLiteral("Y"));
+    EXPECT_NE(m_box->rtf(), rtf);
+    EXPECT_NE(m_box->rtf().find('Y'), std::string::npos);
+}
+
+TEST_F(RichTextBoxTest, NewContentsOfAnyKindForgetTheBytes)
+{
+    const std::vector<std::function<void()>> replacements = {
+        [this] { m_box->setPlainText(QStringLiteral("other")); },
+        [this] { m_box->resetText(QStringLiteral("other")); },
+        [this] { m_box->clear(); },
+        [this] { m_box->setHtml(QStringLiteral("<b>other</b>")); },
+        [this] { m_box->setRtf("other"); },
+        [this] { m_box->setRtf({}); },
+    };
+    for (const auto &replace : replacements) {
+        m_box->setTextRtf(redRtf);
+        replace();
+        EXPECT_EQ(m_box->rtf().find("plain red"), std::string::npos);
+        EXPECT_EQ(m_box->rtf().rfind("{\\rtf1", 0), 0U);
+        EXPECT_FALSE(m_box->canUndo());
+    }
+}
+
+TEST_F(RichTextBoxTest, PlainTextComesInTheBoxsOwnFontWhateverStoodThere)
+{
+    m_box->setTextRtf(QStringLiteral("{\\rtf1{\\colortbl ;\\red255\\green0\\blue0;}\\qc\\cf1\\b\\fs60 loud\\par}"));
+    m_box->setProperty("Text", QStringLiteral("quiet"));
+    m_box->selectAll();
+    EXPECT_EQ(m_box->selBold(), false);
+    EXPECT_EQ(m_box->selFontSize(), 10.0);
+    EXPECT_EQ(m_box->selColor(), QColor());
+    EXPECT_EQ(m_box->selAlignment(), TextAlignment::Left);
+    m_box->setTextRtf(QStringLiteral("{\\rtf1\\b loud\\par}"));
+    m_box->resetText({});
+    QTest::keyClicks(m_box, QStringLiteral("quiet"));
+    m_box->selectAll();
+    EXPECT_EQ(m_box->selBold(), false);
+}
+
+TEST_F(RichTextBoxTest, PicturesAreBlanksInThePlainText)
+{
+    m_box->setPlainText(QStringLiteral("ab\ncd"));
+    m_box->moveCursor(QTextCursor::Right);
+    m_box->insertPicture(picture());
+    EXPECT_EQ(m_box->plainText(), QStringLiteral("a b\ncd"));
+    EXPECT_EQ(m_box->property("Text").toString(), QStringLiteral("a b\ncd"));
 }
 
 TEST_F(RichTextBoxTest, AfterAChangeTheRtfIsThatOfTheNewText)
@@ -164,6 +265,170 @@ TEST_F(RichTextBoxTest, TheSelectionsRtfGoesIntoAnotherBoxWithItsFormat)
     cursor.setPosition(12);
     EXPECT_EQ(cursor.charFormat().fontWeight(), QFont::Bold);
 }
+
+TEST_F(RichTextBoxTest, TheFormatOfTheSelectionIsAskedAndSet)
+{
+    m_box->setTextRtf(redRtf);
+    m_box->selectAll();
+    EXPECT_EQ(m_box->selBold(), std::nullopt);
+    m_box->setSelBold(true);
+    EXPECT_EQ(m_box->selBold(), true);
+    EXPECT_EQ(m_box->textCursor().selectedText(), QStringLiteral("plain red bold")) << "the selection stays";
+    m_box->setSelItalic(true);
+    m_box->setSelUnderline(true);
+    m_box->setSelColor(Qt::blue);
+    m_box->setSelFontName(QStringLiteral("Courier New"));
+    m_box->setSelFontSize(24);
+    m_box->setSelBullet(true);
+    m_box->setSelAlignment(TextAlignment::Right);
+    m_box->setSelIndent(500);
+    RichTextBox other;
+    other.setRtf(m_box->rtf());
+    other.selectAll();
+    EXPECT_EQ(other.selItalic(), true);
+    EXPECT_EQ(other.selUnderline(), true);
+    EXPECT_EQ(other.selColor(), QColor(Qt::blue));
+    EXPECT_EQ(other.selFontName(), QStringLiteral("Courier New"));
+    EXPECT_EQ(other.selFontSize(), 24.0);
+    EXPECT_EQ(other.selBullet(), true);
+    EXPECT_EQ(other.selAlignment(), TextAlignment::Right);
+    EXPECT_EQ(other.selIndent(), 500);
+}
+
+TEST_F(RichTextBoxTest, AFormatSetAtTheCaretIsThatOfWhatIsTyped)
+{
+    m_box->setPlainText(QStringLiteral("ab"));
+    m_box->moveCursor(QTextCursor::Right);
+    m_box->setSelBold(true);
+    m_box->setSelFontSize(20);
+    EXPECT_EQ(m_box->selBold(), true);
+    QTest::keyClicks(m_box, QStringLiteral("xy"));
+    m_box->moveCursor(QTextCursor::Left, QTextCursor::KeepAnchor);
+    EXPECT_EQ(m_box->textCursor().selectedText(), QStringLiteral("y"));
+    EXPECT_EQ(m_box->selBold(), true);
+    EXPECT_EQ(m_box->selFontSize(), 20.0);
+    m_box->moveCursor(QTextCursor::End);
+    EXPECT_EQ(m_box->selBold(), false);
+}
+
+TEST_F(RichTextBoxTest, TypingBehindAPictureIsText)
+{
+    m_box->insertPicture(picture());
+    EXPECT_EQ(m_box->textCursor().position(), 1) << "the caret is behind it";
+    QTest::keyClicks(m_box, QStringLiteral("a"));
+    QTest::keyClick(m_box, Qt::Key_Return);
+    QTest::keyClicks(m_box, QStringLiteral("b"));
+    EXPECT_EQ(m_box->plainText(), QStringLiteral(" a\nb"));
+    const std::string rtf = m_box->rtf();
+    EXPECT_NE(rtf.find("\\pict"), std::string::npos);
+    EXPECT_EQ(rtf.find("\\pict"), rtf.rfind("\\pict"));
+}
+
+TEST_F(RichTextBoxTest, AnEmptySourceInsertsNothing)
+{
+    m_box->setPlainText(QStringLiteral("ab"));
+    m_box->selectAll();
+    m_box->insertObjectSource({});
+    m_box->insertPicture({});
+    EXPECT_EQ(m_box->plainText(), QStringLiteral("ab"));
+    EXPECT_FALSE(m_box->canUndo());
+}
+
+TEST_F(RichTextBoxTest, BackspaceAtTheStartOfABulletTakesTheBulletAndNoLetter)
+{
+    m_box->setTextRtf(
+        QStringLiteral("{\\rtf1 first\\par\\pard\\li200\\fi-200{\\*\\pn\\pnlvlblt{\\pntxtb\\'b7}}item\\par}"));
+    m_box->moveCursor(QTextCursor::Down);
+    ASSERT_EQ(m_box->selBullet(), true);
+    QTest::keyClick(m_box, Qt::Key_Backspace);
+    EXPECT_EQ(m_box->selBullet(), false);
+    EXPECT_EQ(m_box->selIndent(), 0);
+    EXPECT_EQ(m_box->plainText(), QStringLiteral("first\nitem"));
+    QTest::keyClick(m_box, Qt::Key_Backspace);
+    EXPECT_EQ(m_box->plainText(), QStringLiteral("firstitem"));
+    m_box->undo();
+    m_box->undo();
+    EXPECT_EQ(m_box->selBullet(), true);
+}
+
+/// A change that a learner or a toolbar makes with one command.
+struct Edit
+{
+    const char *name;
+    void (*act)(RichTextBox &box);
+};
+
+constexpr auto edits = std::to_array<Edit>({
+    {"SelRTF", [](RichTextBox &box) { box.setSelRtf(QStringLiteral("{\\rtf1 \\b x\\b0\\par\\i y\\i0\\par z}")); }},
+    {"SelRTFWithNumbers",
+     [](RichTextBox &box) {
+         box.setSelRtf(QStringLiteral("{\\rtf1\\pard{\\*\\pn\\pnlvlbody\\pndec\\pnstart1{\\pntxta.}}x\\par y\\par}"));
+     }},
+    {"SelRTFOfPlainText", [](RichTextBox &box) { box.setSelRtf(QStringLiteral("plain\ntext")); }},
+    {"Picture", [](RichTextBox &box) { box.insertPicture(picture()); }},
+    {"Paste",
+     [](RichTextBox &box) {
+         RichTextBox source;
+         source.setTextRtf(redRtf);
+         source.selectAll();
+         source.copy();
+         box.paste();
+     }},
+    {"PasteText",
+     [](RichTextBox &box) {
+         QGuiApplication::clipboard()->setText(QStringLiteral("some\ntext"));
+         QTest::keyClick(&box, Qt::Key_V, Qt::ControlModifier | Qt::ShiftModifier);
+     }},
+    {"Cut", [](RichTextBox &box) { QTest::keyClick(&box, Qt::Key_X, Qt::ControlModifier); }},
+    {"Bold", [](RichTextBox &box) { box.setSelBold(true); }},
+    {"Color", [](RichTextBox &box) { box.setSelColor(Qt::red); }},
+    {"FontName", [](RichTextBox &box) { box.setSelFontName(QStringLiteral("Courier New")); }},
+    {"FontSize", [](RichTextBox &box) { box.setSelFontSize(30); }},
+    {"Bullet", [](RichTextBox &box) { box.setSelBullet(true); }},
+    {"Alignment", [](RichTextBox &box) { box.setSelAlignment(TextAlignment::Center); }},
+    {"Indent", [](RichTextBox &box) { box.setSelIndent(-500); }},
+});
+
+class EveryEdit : public RichTextBoxTest, public testing::WithParamInterface<Edit>
+{
+};
+
+TEST_P(EveryEdit, IsOneUndoStepOfItsOwn)
+{
+    const std::string rtf = "{\\rtf1 text\\par\\pard\\li400\\fi-400{\\*\\pn\\pnlvlbody\\pndec\\pnstart1{\\pntxta.}}"
+                            "one\\par two\\par \\b three\\b0\\par four\\par\\pard end\\par}";
+    m_box->setRtf(rtf);
+    m_box->moveCursor(QTextCursor::End);
+    QTest::keyClicks(m_box, QStringLiteral("typed"));
+    const std::string typed = writeRtf(*m_box->document());
+    QTextCursor cursor = m_box->textCursor();
+    cursor.setPosition(10); // within "two", to within "three"
+    cursor.setPosition(15, QTextCursor::KeepAnchor);
+    m_box->setTextCursor(cursor);
+
+    GetParam().act(*m_box);
+    const std::string edited = writeRtf(*m_box->document());
+    EXPECT_NE(edited, typed);
+    m_box->moveCursor(QTextCursor::End);
+    QTest::keyClicks(m_box, QStringLiteral("more"));
+
+    m_box->undo();
+    EXPECT_EQ(writeRtf(*m_box->document()), edited) << "typing on is a step of its own";
+    m_box->undo();
+    EXPECT_EQ(writeRtf(*m_box->document()), typed);
+    const QTextBlock last = m_box->document()->findBlockByNumber(4);
+    ASSERT_NE(last.textList(), nullptr);
+    EXPECT_EQ(last.textList()->itemText(last), QStringLiteral("4."));
+    m_box->redo();
+    EXPECT_EQ(writeRtf(*m_box->document()), edited);
+    m_box->undo();
+    m_box->undo();
+    EXPECT_EQ(m_box->rtf(), rtf);
+    EXPECT_FALSE(m_box->canUndo());
+}
+
+INSTANTIATE_TEST_SUITE_P(Of, EveryEdit, testing::ValuesIn(edits),
+                         [](const auto &edit) { return std::string(edit.param.name); });
 
 TEST_F(RichTextBoxTest, ALockedBoxTakesNoChange)
 {
