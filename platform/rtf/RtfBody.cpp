@@ -1,15 +1,13 @@
 #include "platform/rtf/RtfBody.h"
 
+#include "platform/rtf/RtfLimits.h"
+#include "platform/rtf/RtfListMark.h"
+
 #include <algorithm>
 
 namespace {
 
-/// The largest length that a document gives; it is more than any page has.
-constexpr int maxTwips = 1'000'000;
-constexpr int maxHalfPoints = 3276;
 constexpr int plainHalfPoints = 24;
-constexpr std::size_t maxTabs = 32;
-constexpr std::size_t maxCells = 64;
 
 /// Whether all of \p text is characters that append() leaves as they are.
 bool isPlainText(QStringView text)
@@ -41,8 +39,8 @@ void RtfBody::apply(RtfEffect effect, int value, RtfCharacter &character)
         return; // a note has no paragraphs of its own
     }
     const bool on = value != 0;
-    const int twips = std::clamp(value, -maxTwips, maxTwips);
-    const int halfPoints = std::clamp(value, -maxHalfPoints, maxHalfPoints);
+    const int twips = std::clamp(value, -maxRtfTwips, maxRtfTwips);
+    const int halfPoints = std::clamp(value, -maxRtfHalfPoints, maxRtfHalfPoints);
     switch (effect) {
     case RtfEffect::ParagraphEnd: endParagraph(character); break;
     case RtfEffect::Cell:
@@ -102,7 +100,7 @@ void RtfBody::apply(RtfEffect effect, int value, RtfCharacter &character)
     case RtfEffect::InTable: m_paragraph.isInTable = on; break;
     case RtfEffect::RowStart: m_edgesOfRow.clear(); break;
     case RtfEffect::CellEdge:
-        if (m_edgesOfRow.size() < maxCells) {
+        if (m_edgesOfRow.size() < maxRtfCells) {
             m_edgesOfRow.push_back(twips);
         }
         break;
@@ -220,11 +218,12 @@ void RtfBody::endNote()
 
 void RtfBody::beginBox(const RtfCharacter &format)
 {
-    if (m_paragraphIsOpen && !m_paragraph.isInTable && m_notes == 0) {
+    const bool isWords = m_paragraph.isInTable || m_notes > 0;
+    if (m_paragraphIsOpen && !isWords) {
         endParagraph(format);
     }
     m_aroundBoxes.push_back(m_paragraph);
-    if (m_paragraph.isInTable) {
+    if (isWords) {
         beginNote();
     } else {
         resetParagraph();
@@ -235,9 +234,9 @@ void RtfBody::endBox(const RtfCharacter &format)
 {
     const Paragraph around = m_aroundBoxes.back();
     m_aroundBoxes.pop_back();
-    if (around.isInTable) {
+    if (around.isInTable || m_notes > 0) {
         endNote();
-    } else if (m_paragraphIsOpen && m_notes == 0) {
+    } else if (m_paragraphIsOpen) {
         endParagraph(format);
     }
     m_paragraph = around;
@@ -268,7 +267,7 @@ void RtfBody::endRow(const RtfCharacter &mark)
     m_row.list = {};
     m_row.tabs.clear();
     for (const int edge : m_edgesOfRow) {
-        if (edge > 0 && m_row.tabs.size() < maxTabs) {
+        if (edge > 0 && m_row.tabs.size() < maxRtfTabs) {
             m_row.tabs.push_back({RtfTabKind::Left, edge});
         }
     }
@@ -295,7 +294,7 @@ void RtfBody::resetParagraph()
 
 void RtfBody::addTab(int position)
 {
-    if (m_paragraph.tabs.size() < maxTabs) {
+    if (m_paragraph.tabs.size() < maxRtfTabs) {
         m_paragraph.tabs.push_back({m_tabKind, position});
     }
     m_tabKind = RtfTabKind::Left;
@@ -320,7 +319,8 @@ RtfList RtfBody::listHere()
 {
     const Place place(m_paragraph.listNumber, m_paragraph.listLevel);
     const std::optional<RtfList> known = m_lists.find(place.first, place.second);
-    const std::optional<RtfListMark> mark = readListMark(m_mark, known ? known->style : RtfListStyle::None);
+    const RtfListStyle before = m_lastPlace == place ? m_lastList.style : RtfListStyle::None;
+    const std::optional<RtfListMark> mark = readListMark(m_mark, known ? known->style : before);
     if (!known && !mark) {
         m_lastPlace.reset();
         return {};
@@ -331,7 +331,7 @@ RtfList RtfBody::listHere()
         const bool isMarked = mark && mark->list.style != RtfListStyle::Bullet;
         const int number = isMarked ? mark->number : last != m_lastNumbers.end() ? last->second + 1 : list.start;
         const bool goesOn = m_lastPlace == place && last != m_lastNumbers.end() && number == last->second + 1;
-        m_lastNumbers.erase(m_lastNumbers.upper_bound(place), m_lastNumbers.upper_bound({place.first, maxTwips}));
+        m_lastNumbers.erase(m_lastNumbers.upper_bound(place), m_lastNumbers.upper_bound({place.first, maxRtfTwips}));
         m_lastNumbers[place] = number;
         list.start = goesOn ? m_lastList.start : number;
     }

@@ -1,6 +1,7 @@
 #include "platform/rtf/RtfColorTable.h"
 
 #include "platform/rtf/RtfFormats.h"
+#include "platform/rtf/RtfLimits.h"
 
 #include <algorithm>
 
@@ -49,6 +50,9 @@ int RtfColorTable::at(int number) const
 
 void RtfColorTable::endEntry()
 {
-    m_colors.push_back(m_entry.isAutomatic ? automaticColor : m_entry.red << 16 | m_entry.green << 8 | m_entry.blue);
+    if (m_colors.size() < maxRtfColors) {
+        m_colors.push_back(m_entry.isAutomatic ? automaticColor
+                                               : m_entry.red << 16 | m_entry.green << 8 | m_entry.blue);
+    }
     m_entry = {};
 }

@@ -1,7 +1,7 @@
 #include "platform/rtf/RtfDocumentBuilder.h"
 
+#include "platform/rtf/RtfLimits.h"
 #include "platform/rtf/RtfObjectFormat.h"
-#include "platform/rtf/RtfReader.h"
 
 #include <QTextDocument>
 
@@ -66,6 +66,7 @@ void RtfDocumentBuilder::appendObject(const QByteArray &source, const RtfCharact
     }
     m_text += QChar::ObjectReplacementCharacter;
     m_objects.push_back(toObjectFormat(charFormat(format), source));
+    ++m_newFormats;
     m_runs.push_back({m_text.size(), &m_objects.back()});
     m_mayJoinRun = false;
 }
@@ -100,7 +101,7 @@ void RtfDocumentBuilder::endInsertion()
 
 bool RtfDocumentBuilder::isRoomForFormats() const
 {
-    return m_cursor.document()->allFormats().size() < maxRtfFormats;
+    return m_cursor.document()->allFormats().size() + m_newFormats < maxRtfFormats;
 }
 
 void RtfDocumentBuilder::prepare(const RtfCharacter &format)
@@ -121,6 +122,7 @@ void RtfDocumentBuilder::insertRuns()
     }
     m_runs.clear();
     m_objects.clear();
+    m_newFormats = 0;
     m_text.resize(0);
     m_mayJoinRun = false;
 }
@@ -186,6 +188,7 @@ const QTextCharFormat &RtfDocumentBuilder::charFormat(const RtfCharacter &format
     if (isRoomForFormats()) {
         const RtfFont *font = format.font >= 0 ? &m_fonts.at(format.font) : nullptr;
         m_charFormats.add(format, toCharFormat(format, font, m_links.at(format.link)));
+        ++m_newFormats;
     }
     return m_charFormats.last();
 }

@@ -97,6 +97,7 @@ private:
     std::deque<QTextCharFormat> m_objects; ///< the formats of its objects
     RtfCharacter m_runFormat;              ///< of the last run
     bool m_mayJoinRun = false;             ///< text of that format belongs to it
+    int m_newFormats = 0;                  ///< that the document may not have yet
     bool m_breakIsDue = false;             ///< before it
 
     // The paragraph before it.

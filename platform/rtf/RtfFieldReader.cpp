@@ -7,8 +7,25 @@ namespace {
 struct Argument
 {
     QString text;
-    bool isSwitch = false; ///< text is the letter behind the backslash
+    bool isSwitch = false; ///< text is the character behind the backslash
 };
+
+/// Whether \p c behind a backslash is a switch: one of its field, or of all fields.
+bool isSwitch(QChar c)
+{
+    return c.isLetter() || c == u'*' || c == u'#' || c == u'@';
+}
+
+bool takesValue(const Argument &argument)
+{
+    return argument.isSwitch && QStringView(u"lot*#@").contains(argument.text);
+}
+
+/// Characters that control something, a line's end among them, are slips.
+bool isPartOfAddress(QChar c)
+{
+    return c.category() != QChar::Other_Control && c != QChar::LineSeparator && c != QChar::ParagraphSeparator;
+}
 
 /// Words, "texts in quotes" and switches. Within quotes a backslash makes the
 /// character behind it one of the text.
@@ -22,7 +39,7 @@ QList<Argument> argumentsOf(QStringView instruction)
             continue;
         }
         Argument argument;
-        if (c == u'\\' && at + 1 < instruction.size() && instruction[at + 1].isLetter()) {
+        if (c == u'\\' && at + 1 < instruction.size() && isSwitch(instruction[at + 1])) {
             argument = {instruction[at + 1].toLower(), true};
             at += 2;
         } else {
@@ -35,7 +52,9 @@ QList<Argument> argumentsOf(QStringView instruction)
                 if (next == u'\\' && at + 1 < instruction.size()) {
                     next = instruction[++at];
                 }
-                argument.text += next;
+                if (isPartOfAddress(next)) {
+                    argument.text += next;
+                }
             }
             at += isQuoted ? 1 : 0;
         }
@@ -65,8 +84,7 @@ QString RtfFieldReader::address() const
             address = address.isEmpty() ? argument.text : address;
             continue;
         }
-        const bool hasValue = argument.text == u'l' || argument.text == u'o' || argument.text == u't';
-        if (hasValue && index + 1 < arguments.size() && !arguments.at(index + 1).isSwitch) {
+        if (takesValue(argument) && index + 1 < arguments.size() && !arguments.at(index + 1).isSwitch) {
             ++index;
             place = argument.text == u'l' ? arguments.at(index).text : place;
         }
@@ -80,8 +98,10 @@ std::optional<int> RtfFieldReader::symbol() const
     if (!isNamed(arguments, QLatin1StringView("SYMBOL")) || arguments.size() < 2) {
         return std::nullopt;
     }
+    const QString &number = arguments.at(1).text;
+    const bool isHexadecimal = number.startsWith(QLatin1StringView("0x"), Qt::CaseInsensitive);
     bool isNumber = false;
-    const uint code = arguments.at(1).text.toUInt(&isNumber, 0);
+    const uint code = number.toUInt(&isNumber, isHexadecimal ? 16 : 10);
     return isNumber && code <= 0xffff ? std::optional(static_cast<int>(code)) : std::nullopt;
 }
 

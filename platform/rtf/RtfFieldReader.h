@@ -23,5 +23,6 @@ private:
     QString m_instruction;
 };
 
-/// The instruction of a link to \p address, which address() gives back.
+/// The instruction of a link to \p address, which address() gives back but for
+/// control characters.
 [[nodiscard]] QString linkInstruction(const QString &address);

@@ -1,5 +1,7 @@
 #include "platform/rtf/RtfFontTable.h"
 
+#include "platform/rtf/RtfLimits.h"
+
 #include <utility>
 
 RtfFontTable::RtfFontTable(RtfCodePages &pages)
@@ -56,8 +58,10 @@ void RtfFontTable::endEntry()
     if (!std::exchange(m_inEntry, false)) {
         return;
     }
-    m_fonts.push_back(fontOf(m_entry));
-    m_placeOfNumber[m_entry.number] = static_cast<int>(m_fonts.size()) - 1;
+    if (m_fonts.size() < maxRtfFonts) {
+        m_fonts.push_back(fontOf(m_entry));
+        m_placeOfNumber[m_entry.number] = static_cast<int>(m_fonts.size()) - 1;
+    }
 }
 
 RtfFont RtfFontTable::fontOf(const Entry &entry) const

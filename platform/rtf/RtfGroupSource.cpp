@@ -11,9 +11,9 @@ bool isPlain(char c)
     return (c >= ' ' && c <= '~') || c == '\r' || c == '\n' || c == '\t';
 }
 
-bool isPlain(const RtfToken &token)
+bool isPlain(std::string_view text)
 {
-    return token.kind != RtfToken::Kind::Binary && std::ranges::all_of(token.text, [](char c) { return isPlain(c); });
+    return std::ranges::all_of(text, [](char c) { return isPlain(c); });
 }
 
 bool isLetter(char c)
@@ -55,7 +55,7 @@ void writeWord(QByteArray &out, const RtfToken &token)
         out += "\\par ";
         return;
     }
-    if (!isPlain(token)) {
+    if (!isPlain(token.text)) {
         return; // a control symbol that is none
     }
     out += '\\';
@@ -100,6 +100,7 @@ RtfGroupRest takeGroup(RtfTokenizer &tokenizer)
     const std::string_view left = tokenizer.rest();
     RtfGroupRest group;
     std::size_t depth = 0;
+    bool isBinary = false;
     while (true) {
         const RtfTokenizer before = tokenizer;
         const RtfToken token = tokenizer.next();
@@ -107,6 +108,7 @@ RtfGroupRest takeGroup(RtfTokenizer &tokenizer)
         if (isEnd || (token.kind == RtfToken::Kind::GroupEnd && depth == 0)) {
             group.isClosed = !isEnd;
             group.text = left.substr(0, left.size() - tokenizer.rest().size() - (isEnd ? 0 : 1));
+            group.isPlain = !isBinary && isPlain(group.text);
             tokenizer = before;
             return group;
         }
@@ -115,7 +117,7 @@ RtfGroupRest takeGroup(RtfTokenizer &tokenizer)
         } else if (token.kind == RtfToken::Kind::GroupEnd) {
             --depth;
         }
-        group.isPlain = group.isPlain && isPlain(token);
+        isBinary = isBinary || token.kind == RtfToken::Kind::Binary;
     }
 }
 

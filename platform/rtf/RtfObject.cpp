@@ -18,6 +18,8 @@ namespace {
 
 constexpr int twipsPerPixel = 15;
 constexpr int defaultTwips = 480;
+/// Of an object that nothing tells the size of: there is room for its kind and its name.
+constexpr QSize objectTwips(1440, 960);
 
 std::string_view viewOf(const QByteArray &bytes)
 {
@@ -131,7 +133,7 @@ QSize sizeOf(const RtfObjectParts &parts)
     const RtfExtent &extent = parts.extent;
     const bool isTold = extent.goalWidth != 0 && extent.goalHeight != 0;
     const RtfPicture *picture = firstPicture(parts);
-    QSize size(defaultTwips, defaultTwips);
+    QSize size = parts.isPicture ? QSize(defaultTwips, defaultTwips) : objectTwips;
     if (picture != nullptr && !isTold) {
         size = sizeOfPicture(*picture);
     }

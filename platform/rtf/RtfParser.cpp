@@ -1,5 +1,7 @@
 #include "platform/rtf/RtfParser.h"
 
+#include "platform/rtf/RtfLimits.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -209,7 +211,7 @@ void RtfParser::begin(RtfDestination destination, const RtfToken &word, bool isI
     } else if (destination == ListTable || destination == ListOverrideTable) {
         readLists(destination);
     } else if (destination == ShapePicture) {
-        readShapePicture();
+        readShapePicture(word);
     } else if (destination == Note) {
         m_body.beginNote();
     } else if (destination == TextBox) {
@@ -268,25 +270,34 @@ void RtfParser::readObject(const RtfToken &word, bool isIgnorable)
         m_groups.skip();
         return;
     }
-    const std::string opening =
-        (isIgnorable ? "\\*" : "") + std::string(m_rtf.substr(word.offset, m_tokenizer.offset() - word.offset));
+    const std::string opening = (isIgnorable ? "\\*" : "") + std::string(writtenAs(word, m_tokenizer));
     m_body.appendObject(toGroup(opening, takeGroup(m_tokenizer)), character());
 }
 
 /// The picture, with the form for older programs that may stand behind it.
-void RtfParser::readShapePicture()
+void RtfParser::readShapePicture(const RtfToken &word)
 {
+    const std::string opening = "\\*" + std::string(writtenAs(word, m_tokenizer));
     const RtfGroupRest rest = takeGroup(m_tokenizer);
     if (rest.text.find("\\pict") == std::string_view::npos) {
         return;
     }
-    QByteArray source = toGroup("\\*\\shppict", rest);
+    QByteArray source = toGroup(opening, rest);
     RtfTokenizer ahead = m_tokenizer;
-    if (ahead.next().kind == RtfToken::Kind::GroupEnd && ahead.next().kind == RtfToken::Kind::GroupStart &&
-        ahead.next().text == "nonshppict") {
-        source += toGroup("\\nonshppict", takeGroup(ahead));
+    if (ahead.next().kind == RtfToken::Kind::GroupEnd && ahead.next().kind == RtfToken::Kind::GroupStart) {
+        const RtfToken next = ahead.next();
+        if (next.text == "nonshppict") {
+            const std::string_view older = writtenAs(next, ahead);
+            source += toGroup(older, takeGroup(ahead));
+        }
     }
     m_body.appendObject(source, character());
+}
+
+/// The bytes of \p word, with the blank that ends it, if \p after stands behind it.
+std::string_view RtfParser::writtenAs(const RtfToken &word, const RtfTokenizer &after) const
+{
+    return m_rtf.substr(word.offset, after.offset() - word.offset);
 }
 
 void RtfParser::endInstruction()

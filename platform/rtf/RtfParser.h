@@ -54,7 +54,8 @@ private:
     void readMargin();
     void readLists(RtfDestination table);
     void readObject(const RtfToken &word, bool isIgnorable);
-    void readShapePicture();
+    void readShapePicture(const RtfToken &word);
+    [[nodiscard]] std::string_view writtenAs(const RtfToken &word, const RtfTokenizer &after) const;
     void endInstruction();
     void endField(const RtfGroup &field, const RtfCharacter &result);
     void apply(RtfEffect effect, int value);

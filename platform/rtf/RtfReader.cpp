@@ -3,6 +3,8 @@
 #include "platform/rtf/RtfCodePages.h"
 #include "platform/rtf/RtfParser.h"
 
+#include <QTextBlockFormat>
+#include <QTextCharFormat>
 #include <QTextCursor>
 #include <QTextDocument>
 
@@ -50,9 +52,16 @@ std::optional<RtfError> readAt(QTextCursor &cursor, std::string_view rtf, void (
         cursor.insertText(plainText(rtf));
         return rtf.empty() ? std::nullopt : std::optional(RtfError{RtfError::Reason::NotRtf, 0});
     }
+    const int position = cursor.position();
+    const QTextBlockFormat format = cursor.blockFormat();
+    const QTextCharFormat mark = cursor.blockCharFormat();
     std::optional<RtfParser> parser(std::in_place, rtf.substr(*start), cursor, false);
     std::optional<RtfError> error = parser->parse();
     if (parser->isAllInMargins()) {
+        cursor.setPosition(position, QTextCursor::KeepAnchor);
+        cursor.removeSelectedText();
+        cursor.setBlockFormat(format);
+        cursor.setBlockCharFormat(mark);
         parser.emplace(rtf.substr(*start), cursor, true);
         error = parser->parse();
     }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/rtf/RtfLimits.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -21,18 +23,6 @@ struct RtfError
     Reason reason;
     std::size_t offset; ///< bytes from the start of the input
 };
-
-// Limits that keep a hostile or damaged text from taking the program with it. No
-// limit loses text. The lengths that a text announces (\bin, objects) are cut to
-// what is there; those of pictures are in RtfObject.h.
-
-/// Groups deeper in each other share the format of the last one within.
-inline constexpr int maxRtfGroupDepth = 256;
-/// Further paragraphs become lines of the last.
-inline constexpr int maxRtfParagraphs = 1'000'000;
-/// Different formats of characters, paragraphs and objects: where there are more,
-/// the last one goes on. An object more is a blank.
-inline constexpr int maxRtfFormats = 100'000;
 
 /// Replaces the contents of \p document by the RTF text \p rtf.
 ///

@@ -70,7 +70,7 @@ std::vector<CorpusFile> loadCorpus()
     const auto column = [&head](const char *name) { return head.indexOf(QLatin1String(name)); };
     for (const QString &line : lines.mid(1)) {
         const QStringList cells = line.split(QLatin1Char('\t'));
-        const QString kind = cells.at(column("expected_kind"));
+        const QString &kind = cells.at(column("expected_kind"));
         CorpusFile file;
         file.name = cells.at(column("file"));
         file.rtf = contentsOf(folder.filePath(file.name));

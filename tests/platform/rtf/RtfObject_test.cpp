@@ -431,11 +431,11 @@ INSTANTIATE_TEST_SUITE_P(
                     SizeRow{"OfTheirPicture", "{\\object\\objemb" + shownIn900 + "}", {900, 800}},
                     SizeRow{"OneSideOfTheirPicture", "{\\object\\objw500" + shownIn900 + "}", {500, 800}},
                     SizeRow{"Negative", "{\\object\\objw-500\\objh-2147483648}", {500, 31680}},
-                    SizeRow{"Zero", "{\\object\\objw0\\objh0}", {480, 480}},
+                    SizeRow{"Zero", "{\\object\\objw0\\objh0}", {1440, 960}},
                     SizeRow{"NotThatOfAnObjectInThem",
                             "{\\object\\objw500\\objh400{\\result{\\object\\objw9\\objh9}}}",
                             {500, 400}},
-                    SizeRow{"Untold", "{\\object}", {480, 480}}),
+                    SizeRow{"Untold", "{\\object}", {1440, 960}}),
     rowName);
 
 // Objects.
@@ -625,7 +625,7 @@ TEST(RtfObjectSources, MayBeNoGroupAtAll)
          {"", "}", "{", "\\", "}}}{\\pict}", "\\pict", "text", "{\\*}", "{\\*\\pict{}}", "\\object"}) {
         const RtfObject read = readRtfObject(source);
         EXPECT_TRUE(read.image.isEmpty());
-        EXPECT_EQ(read.size, QSize(480, 480));
+        EXPECT_EQ(read.size, read.isPicture ? QSize(480, 480) : QSize(1440, 960));
     }
     EXPECT_EQ(imageOf("\\pict\\pngblip " + hex(png())), png());
 }

@@ -173,6 +173,8 @@ INSTANTIATE_TEST_SUITE_P(
                 QStringLiteral("a")},
         TextRow{"OfHeadersAreReadWhereThereIsNothingElse", wholeRtf(R"({\header h\par}{\footer f\par})"),
                 QStringLiteral("h\nf")},
+        TextRow{"OfHeadersAreReadAmongEmptyParagraphs", wholeRtf(R"({\header h\par}\qc\par\par\par)"),
+                QStringLiteral("h\n\n\n")},
         TextRow{"OfSymbolsAreCharacters",
                 wholeRtf(R"(a{\field{\*\fldinst SYMBOL 233 \\f "Arial" \\s 10}{\fldrslt\f0}}b)"),
                 QStringLiteral("a\u00e9b")},
