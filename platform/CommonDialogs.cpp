@@ -64,17 +64,6 @@ std::optional<QString> runFileDialog(QFileDialog &dialog)
     return QFileInfo(dialog.selectedFiles().constFirst()).absoluteFilePath();
 }
 
-bool mayReplace(QWidget *parent, const QString &path, const QString &title)
-{
-    if (!QFileInfo::exists(path)) {
-        return true;
-    }
-    const QString question =
-        QStringLiteral("The file \"%1\" already exists.\nDo you want to replace it?").arg(QFileInfo(path).fileName());
-    return ask(parent, {QMessageBox::Warning, yesNo, QMessageBox::No, QMessageBox::No}, question, title) ==
-           QMessageBox::Yes;
-}
-
 } // namespace
 
 void showInformation(QWidget *parent, const QString &text, const QString &title)
@@ -97,6 +86,17 @@ Answer askYesNoCancel(QWidget *parent, const QString &question, const QString &t
 {
     const Question form{QMessageBox::Question, yesNo | QMessageBox::Cancel, QMessageBox::Yes, QMessageBox::Cancel};
     return answerOf(ask(parent, form, question, title));
+}
+
+bool mayReplace(QWidget *parent, const QString &path, const QString &title)
+{
+    if (!QFileInfo::exists(path)) {
+        return true;
+    }
+    const QString question =
+        QStringLiteral("The file \"%1\" already exists.\nDo you want to replace it?").arg(QFileInfo(path).fileName());
+    return ask(parent, {QMessageBox::Warning, yesNo, QMessageBox::No, QMessageBox::No}, question, title) ==
+           QMessageBox::Yes;
 }
 
 std::optional<QString> askText(QWidget *parent, const QString &prompt, const QString &title, const QString &offered)

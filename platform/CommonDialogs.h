@@ -21,6 +21,10 @@ void showFailure(QWidget *parent, const QString &text, const QString &details, c
 /// A question icon, Yes, No and Cancel; Escape and the close box say Cancel.
 [[nodiscard]] Answer askYesNoCancel(QWidget *parent, const QString &question, const QString &title);
 
+/// Whether \p path may be written: no file is there, or the learner answered that it may be
+/// replaced. Enter, Escape and the close box say that it may not.
+[[nodiscard]] bool mayReplace(QWidget *parent, const QString &path, const QString &title);
+
 /// Asks for one line of text; nothing if the learner cancelled.
 [[nodiscard]] std::optional<QString> askText(QWidget *parent, const QString &prompt, const QString &title,
                                              const QString &offered);

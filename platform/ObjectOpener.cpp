@@ -9,7 +9,6 @@
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
-#include <QMessageBox>
 #include <QMimeDatabase>
 #include <QPointer>
 #include <QRegularExpression>
@@ -281,21 +280,6 @@ WrittenFile writePrivately(const HeldFile &held)
     return {file.fileName(), {}};
 }
 
-bool mayReplace(QWidget *parent, const QString &path)
-{
-    if (!QFileInfo::exists(path)) {
-        return true;
-    }
-    const QString question =
-        QStringLiteral("The file \"%1\" already exists.\nDo you want to replace it?").arg(QFileInfo(path).fileName());
-    QMessageBox box(QMessageBox::Warning, saveTitle, question, QMessageBox::Yes | QMessageBox::No, parent);
-    box.setObjectName(QStringLiteral("MessageBox1"));
-    box.setTextFormat(Qt::PlainText);
-    box.setDefaultButton(QMessageBox::No);
-    box.setEscapeButton(QMessageBox::No);
-    return box.exec() == QMessageBox::Yes;
-}
-
 std::optional<QString> askWhereToSave(QWidget *parent, const QString &name)
 {
     const QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
@@ -310,7 +294,7 @@ std::optional<QString> askWhereToSave(QWidget *parent, const QString &name)
     dialog.selectFile(name);
     while (dialog.exec() == QDialog::Accepted && !dialog.selectedFiles().isEmpty()) {
         QString path = dialog.selectedFiles().constFirst();
-        if (mayReplace(parent, path)) {
+        if (mayReplace(parent, path, saveTitle)) {
             return path;
         }
         dialog.selectFile(path);

@@ -2,6 +2,7 @@
 #include "platform/rtf/RtfObject.h"
 #include "platform/rtf/RtfObjectFormat.h"
 #include "tests/platform/rtf/RtfDocuments.h"
+#include "tests/support/Pictures.h"
 
 #include <QBuffer>
 #include <QFile>
@@ -423,17 +424,6 @@ TEST(PastedHtml, HtmlThatShowsNothingIsEmpty)
 }
 
 // Pictures.
-
-QByteArray pngFile(QSize size)
-{
-    QImage image(size, QImage::Format_RGB32);
-    image.fill(Qt::red);
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    buffer.open(QIODevice::WriteOnly);
-    image.save(&buffer, "png");
-    return bytes;
-}
 
 QString pictureHtml(const QByteArray &file, const char *attributes = "")
 {

@@ -1,12 +1,12 @@
 #include "platform/RichTextBox.h"
 #include "platform/rtf/RtfObjectFormat.h"
 #include "tests/support/KeyWindow.h"
+#include "tests/support/Pictures.h"
 #include "tests/support/TestSubject.h"
 
 #include <QApplication>
 #include <QClipboard>
 #include <QDragEnterEvent>
-#include <QImage>
 #include <QMimeData>
 #include <QScrollBar>
 #include <QTest>
@@ -16,13 +16,6 @@
 #include <gtest/gtest.h>
 
 namespace {
-
-QImage picture()
-{
-    QImage image(20, 10, QImage::Format_RGB32);
-    image.fill(Qt::red);
-    return image;
-}
 
 class RichTextBoxPaste : public testing::Test
 {
@@ -122,7 +115,7 @@ TEST_F(RichTextBoxPaste, CopyingNothingLeavesTheClipboardAlone)
 
 TEST_F(RichTextBoxPaste, APictureIsPastedAsOneCharacter)
 {
-    QGuiApplication::clipboard()->setImage(picture());
+    QGuiApplication::clipboard()->setImage(redPicture());
     m_box->setPlainText(QStringLiteral("ab"));
     m_box->moveCursor(QTextCursor::Right);
     QTest::keyClick(m_box, Qt::Key_V, Qt::ControlModifier);
@@ -222,7 +215,7 @@ TEST_F(RichTextBoxPaste, APictureFileIsDroppedAsThePictureAndTheFileStays)
 {
     const TestFolder folder;
     const QString path = QString::fromStdString(folder.file("a picture.png").string());
-    ASSERT_TRUE(picture().save(path));
+    ASSERT_TRUE(redPicture().save(path));
     QMimeData data;
     data.setUrls({QUrl::fromLocalFile(path)});
     m_box->setPlainText(QStringLiteral("ab"));

@@ -3,6 +3,7 @@
 #include "platform/RichTextBox.h"
 #include "platform/rtf/RtfWriter.h"
 #include "tests/support/KeyWindow.h"
+#include "tests/support/Pictures.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
@@ -26,13 +27,6 @@ namespace {
 
 const QString redRtf = QStringLiteral(
     "{\\rtf1\\ansi{\\colortbl ;\\red192\\green0\\blue0;}\\pard plain \\cf1 red\\cf0  \\b bold\\b0\\par}");
-
-QImage picture()
-{
-    QImage image(20, 10, QImage::Format_RGB32);
-    image.fill(Qt::red);
-    return image;
-}
 
 class RichTextBoxTest : public testing::Test
 {
@@ -144,7 +138,7 @@ TEST_F(RichTextBoxTest, PicturesAreBlanksInThePlainText)
 {
     m_box->setPlainText(QStringLiteral("ab\ncd"));
     m_box->moveCursor(QTextCursor::Right);
-    m_box->insertPicture(picture());
+    m_box->insertPicture(redPicture());
     EXPECT_EQ(m_box->plainText(), QStringLiteral("a b\ncd"));
     EXPECT_EQ(m_box->property("Text").toString(), QStringLiteral("a b\ncd"));
 }
@@ -313,7 +307,7 @@ TEST_F(RichTextBoxTest, AFormatSetAtTheCaretIsThatOfWhatIsTyped)
 
 TEST_F(RichTextBoxTest, TypingBehindAPictureIsText)
 {
-    m_box->insertPicture(picture());
+    m_box->insertPicture(redPicture());
     EXPECT_EQ(m_box->textCursor().position(), 1) << "the caret is behind it";
     QTest::keyClicks(m_box, QStringLiteral("a"));
     QTest::keyClick(m_box, Qt::Key_Return);
@@ -365,7 +359,7 @@ constexpr auto edits = std::to_array<Edit>({
          box.setSelRtf(QStringLiteral("{\\rtf1\\pard{\\*\\pn\\pnlvlbody\\pndec\\pnstart1{\\pntxta.}}x\\par y\\par}"));
      }},
     {"SelRTFOfPlainText", [](RichTextBox &box) { box.setSelRtf(QStringLiteral("plain\ntext")); }},
-    {"Picture", [](RichTextBox &box) { box.insertPicture(picture()); }},
+    {"Picture", [](RichTextBox &box) { box.insertPicture(redPicture()); }},
     {"Paste",
      [](RichTextBox &box) {
          RichTextBox source;

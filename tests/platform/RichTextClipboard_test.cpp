@@ -4,8 +4,8 @@
 #include "platform/rtf/RtfObjectFormat.h"
 #include "platform/rtf/RtfWriter.h"
 #include "tests/platform/rtf/RtfDocuments.h"
+#include "tests/support/Pictures.h"
 
-#include <QBuffer>
 #include <QFile>
 #include <QImage>
 #include <QMimeData>
@@ -29,17 +29,6 @@ QTextCursor allOf(QTextDocument &document)
     QTextCursor cursor(&document);
     cursor.select(QTextCursor::Document);
     return cursor;
-}
-
-QByteArray pngFile(QSize size)
-{
-    QImage image(size, QImage::Format_RGB32);
-    image.fill(Qt::red);
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    buffer.open(QIODevice::WriteOnly);
-    image.save(&buffer, "png");
-    return bytes;
 }
 
 /// The text of what is pasted; null if nothing is.
