@@ -17,6 +17,7 @@
 #include <QTextBlock>
 #include <QTextDocument>
 #include <QTextDocumentFragment>
+#include <QTextList>
 #include <QUrl>
 
 #include <algorithm>
@@ -151,6 +152,21 @@ void replaceObject(QTextDocument &document, const Place &place)
     cursor.removeSelectedText();
 }
 
+/// Lists whose numbers a text box paints are numbered by the document again.
+void numberLists(const QTextDocument &document)
+{
+    for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
+        QTextList *list = block.textList();
+        if (list == nullptr || !list->format().hasProperty(RtfListStyleShown)) {
+            continue;
+        }
+        QTextListFormat format = list->format();
+        format.setStyle(static_cast<QTextListFormat::Style>(format.intProperty(RtfListStyleShown)));
+        format.clearProperty(RtfListStyleShown);
+        list->setFormat(format);
+    }
+}
+
 QString htmlOf(const std::string &rtf)
 {
     QTextDocument document;
@@ -162,6 +178,7 @@ QString htmlOf(const std::string &rtf)
     for (const Place &object : objects) {
         replaceObject(document, object);
     }
+    numberLists(document);
     all.select(QTextCursor::Document);
     return QTextDocumentFragment(all).toHtml();
 }

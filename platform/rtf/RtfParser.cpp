@@ -174,7 +174,8 @@ bool RtfParser::readNext()
     const std::size_t next = rest.find("{\\rtf");
     if (next != std::string_view::npos) {
         std::string between(rest.substr(0, next));
-        std::erase_if(between, [](char c) { return c == '\0' || c == '\r' || c == '\n'; });
+        std::erase_if(between,
+                      [](char c) { return std::string_view("\0\r\n{}", 5).find(c) != std::string_view::npos; });
         if (between.find_first_not_of(" \t") != std::string::npos) {
             readText(between, false);
             flushBytes();

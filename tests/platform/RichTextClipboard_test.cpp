@@ -103,6 +103,14 @@ TEST(ClipboardOf, HtmlHasTheLooksOfTheText)
     EXPECT_TRUE(html.contains(QStringLiteral("color:#ff0000"))) << html.toStdString();
 }
 
+TEST(ClipboardOf, ANumberedListIsOneInTheHtmlWhateverItStartsAt)
+{
+    const auto document = documentOf(wholeRtf(R"({\*\pn\pnlvlbody\pndec\pnstart3{\pntxta.}}a\par b\par)"));
+    const QString html = clipboardOf(allOf(*document))->html();
+    EXPECT_TRUE(html.contains(QStringLiteral("<ol"))) << html.toStdString();
+    EXPECT_FALSE(html.contains(QStringLiteral("<ul"))) << html.toStdString();
+}
+
 TEST(ClipboardOf, AnEmptySelectionOffersNothing)
 {
     const auto document = documentOf(wholeRtf("one"));

@@ -51,7 +51,7 @@ INSTANTIATE_TEST_SUITE_P(
                     MarkRow{"AWordBefore", "Chapter 4:", None, Decimal, 4, "Chapter ", ":"},
                     MarkRow{"SeveralNumbers", "2.1.", None, Decimal, 1, "", "."},
                     MarkRow{"SeveralNumbersInBrackets", "(2-b)", None, LowerLetter, 2, "(", ")"},
-                    MarkRow{"AWordBeforeSeveralNumbers", "Part 3.12", None, Decimal, 12, "Part ", ""},
+                    MarkRow{"AWordBeforeSeveralNumbers", "Unit 3.12", None, Decimal, 12, "Unit ", ""},
                     MarkRow{"OtherLettersAround", "\u7b2c9\u7ae0", None, Decimal, 9, "\u7b2c", "\u7ae0"},
                     MarkRow{"TheLargest", "999999999", None, Decimal, 999'999'999, "", ""}),
     markName);

@@ -180,6 +180,8 @@ INSTANTIATE_TEST_SUITE_P(
                 QStringLiteral("a\u00e9b")},
         TextRow{"OfSymbolsWithAResultAreTheirResult", wholeRtf(R"(a{\field{\*\fldinst SYMBOL 233}{\fldrslt\f0 x}}b)"),
                 QStringLiteral("axb")},
+        TextRow{"OfSeveralTextsWithABraceTooManyBetween", wholeRtf("a\\par") + "}}\r\n" + wholeRtf("b\\par"),
+                QStringLiteral("a\nb")},
         TextRow{"OfSeveralTextsBehindEachOther", wholeRtf("a\\par") + "\r\nand " + wholeRtf("b\\par"),
                 QStringLiteral("a\nand b")}),
     rowName);
