@@ -4,6 +4,17 @@
 
 #include <utility>
 
+QString fontTableName(const QString &family)
+{
+    constexpr qsizetype longest = 127;
+    QString name = family.simplified();
+    name.removeIf([](QChar c) { return c == u';' || c.category() == QChar::Other_Control; });
+    if (name.size() > longest) {
+        name.truncate(name[longest - 1].isHighSurrogate() ? longest - 1 : longest);
+    }
+    return name.simplified();
+}
+
 RtfFontTable::RtfFontTable(RtfCodePages &pages)
     : m_pages(pages)
 {
@@ -66,7 +77,7 @@ void RtfFontTable::endEntry()
 
 RtfFont RtfFontTable::fontOf(const Entry &entry) const
 {
-    RtfFont font{entry.name.simplified(), entry.charset, codePageOf(entry)};
+    RtfFont font{fontTableName(entry.name), entry.charset, codePageOf(entry)};
     const int symbols = codePageOfSymbolFont(font.family);
     const bool isSymbolByName = entry.charset == defaultCharset && entry.codePage <= 0 && symbols != symbolCodePage;
     if (isSymbolByName || font.codePage == symbolCodePage) {

@@ -19,6 +19,10 @@ struct RtfFont
     bool operator==(const RtfFont &) const = default;
 };
 
+/// What a font table can hold of the name \p family: at most 127 units, without
+/// control characters and without a semicolon, which would end the entry.
+[[nodiscard]] QString fontTableName(const QString &family);
+
 /// The fonts of a document while it is read. An entry is begun by its number,
 /// gets its properties and its name in pieces, and ends by ';' or by whatever
 /// begins or closes next.

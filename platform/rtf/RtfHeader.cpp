@@ -5,19 +5,6 @@
 namespace {
 
 constexpr int english = 1033;
-constexpr qsizetype longestFamily = 127;
-
-/// What a font table can hold of the name \p family.
-QString nameInTable(const QString &family)
-{
-    QString name = family.simplified();
-    // A semicolon would end the entry.
-    name.removeIf([](QChar c) { return c == u';' || c.category() == QChar::Other_Control; });
-    if (name.size() > longestFamily) {
-        name.truncate(name[longestFamily - 1].isHighSurrogate() ? longestFamily - 1 : longestFamily);
-    }
-    return name.simplified();
-}
 
 } // namespace
 
@@ -52,9 +39,9 @@ const RtfCodePage &RtfHeader::codePage(int number)
 
 int RtfHeader::fontNumber(RtfFont font)
 {
-    font.family = nameInTable(font.family);
+    font.family = fontTableName(font.family);
     if (font.family.isEmpty()) {
-        font.family = nameInTable(m_defaultFont.family());
+        font.family = fontTableName(m_defaultFont.family());
     }
     if (font.codePage == symbolCodePage) {
         font.codePage = codePageOfSymbolFont(font.family);

@@ -64,6 +64,9 @@ INSTANTIATE_TEST_SUITE_P(
         RoundTripRow{
             "FontsWithStrangeNames",
             R"({\fonttbl{\f7\fcharset0  A\tab  B\emdash\{\u26126? C;}{\f8\fcharset128 \'82\'a0\u233?;}}\f7 a\f8 b)"},
+        RoundTripRow{
+            "SymbolFontsWithNoughtsInTheirNames",
+            "{\\fonttbl{\\f7\\fcharset2 Symb\\u0?\\'00ol;}{\\f8\\fcharset2 Wing\\'3bdings;}}\\f7 a\\'c4\\f8 b"},
         RoundTripRow{"Sizes", R"(\fs1 a\fs17 b\fs21 c\fs3276 d)"},
         RoundTripRow{"Colours", R"(\cf1 a\cf2\highlight1 b\cf0 c\cf3 d\cf4 e\highlight0 f)"},
         RoundTripRow{"Structure", R"(\{\}\\ \{\\b\})"},
