@@ -118,6 +118,7 @@ RtfGroupRest takeGroup(RtfTokenizer &tokenizer)
             --depth;
         }
         isBinary = isBinary || token.kind == RtfToken::Kind::Binary;
+        group.hasPicture = group.hasPicture || (token.kind == RtfToken::Kind::Word && token.text == "pict");
     }
 }
 

@@ -8,8 +8,9 @@
 struct RtfGroupRest
 {
     std::string_view text;
-    bool isClosed = true; ///< otherwise the text ended within the group
-    bool isPlain = true;  ///< 7-bit, without raw binary data and control characters
+    bool isClosed = true;    ///< otherwise the text ended within the group
+    bool hasPicture = false; ///< the word \pict stands in it
+    bool isPlain = true;     ///< 7-bit, without raw binary data and control characters
 };
 
 /// Runs on to the brace that closes the group that \p tokenizer stands in. The

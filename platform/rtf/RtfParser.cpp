@@ -280,7 +280,7 @@ void RtfParser::readShapePicture(const RtfToken &word)
 {
     const std::string opening = "\\*" + std::string(writtenAs(word, m_tokenizer));
     const RtfGroupRest rest = takeGroup(m_tokenizer);
-    if (rest.text.find("\\pict") == std::string_view::npos) {
+    if (!rest.hasPicture) {
         return;
     }
     QByteArray source = toGroup(opening, rest);

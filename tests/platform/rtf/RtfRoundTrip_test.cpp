@@ -125,6 +125,7 @@ INSTANTIATE_TEST_SUITE_P(
                      R"({\*\shppict 1{\pict 2 00}}{\nonshppict 3{\pict}}{\pict 4 00}{\object 5})"},
         RoundTripRow{"PicturesWithNoughtsBehindTheWord",
                      std::string("{\\*\\shppict\0001\\pict}{\\pict\0002}{\\object\000-3}", 40)},
+        RoundTripRow{"PicturesInWordOnly", R"(a{\*\shppict\bin5 \pict}b{\*\shppict\'5cpict}c)"},
         RoundTripRow{"PicturesInLinks", R"({\field{\*\fldinst HYPERLINK a}{\fldrslt\b{\pict 00}}}x)"},
         RoundTripRow{"PicturesOfRawBytes", std::string(R"(a{\pict\pngblip\bin4 )") + "}\xff{\\" + "}b"},
         RoundTripRow{"Objects", R"(\i a{\object\objemb\objw100{\*\objdata 01050000}{\result words\'e9}}b)"},
