@@ -1,4 +1,5 @@
 #include "platform/rtf/Metafile.h"
+#include "tests/support/Bytes.h"
 
 #include <QColor>
 #include <QImage>
@@ -9,16 +10,6 @@
 #include <string>
 
 namespace {
-
-std::string u16(std::int64_t number)
-{
-    return {static_cast<char>(number), static_cast<char>(number >> 8)};
-}
-
-std::string u32(std::int64_t number)
-{
-    return u16(number) + u16(number >> 16);
-}
 
 /// The head of a bitmap of \p bits per pixel, with \p colors in its palette (0: as many as fit).
 std::string dibHead(std::int64_t width, std::int64_t height, int bits, std::int64_t colors = 0, int compression = 0)

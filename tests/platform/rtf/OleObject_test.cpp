@@ -1,4 +1,5 @@
 #include "platform/rtf/OleObject.h"
+#include "tests/support/Bytes.h"
 
 #include <QList>
 
@@ -8,18 +9,6 @@
 #include <string>
 
 namespace {
-
-const std::string nul(1, '\0');
-
-std::string u16(std::int64_t number)
-{
-    return {static_cast<char>(number), static_cast<char>(number >> 8)};
-}
-
-std::string u32(std::int64_t number)
-{
-    return u16(number) + u16(number >> 16);
-}
 
 std::string block(const std::string &bytes)
 {

@@ -1,5 +1,6 @@
 #include "platform/rtf/OleObject.h"
 #include "platform/rtf/RtfObject.h"
+#include "tests/support/Bytes.h"
 
 #include <QBuffer>
 #include <QImage>
@@ -11,18 +12,6 @@
 #include <string>
 
 namespace {
-
-const std::string nul(1, '\0');
-
-std::string u16(std::int64_t number)
-{
-    return {static_cast<char>(number), static_cast<char>(number >> 8)};
-}
-
-std::string u32(std::int64_t number)
-{
-    return u16(number) + u16(number >> 16);
-}
 
 std::string bigEndian32(std::uint32_t number)
 {
