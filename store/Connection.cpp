@@ -159,6 +159,14 @@ void Connection::requireOpen() const
     }
 }
 
+bool Connection::isInPlace() const
+{
+    requireOpen();
+    int hasMoved = 0;
+    sqlite3_file_control(m_database.engine->getHandle(), "main", SQLITE_FCNTL_HAS_MOVED, &hasMoved);
+    return hasMoved == 0;
+}
+
 // The engine ends a transaction by itself when the disk fails. What would be
 // written after that would no longer be part of it.
 void Connection::requireWritable() const

@@ -52,6 +52,8 @@ public:
     void close() noexcept;
     [[nodiscard]] bool isOpen() const noexcept { return m_database.engine != nullptr; }
     void requireOpen() const;
+    /// False once the file was moved, deleted or replaced.
+    [[nodiscard]] bool isInPlace() const;
 
     /// The path as the caller wrote it.
     [[nodiscard]] const std::string &path() const noexcept { return m_path; }

@@ -2,8 +2,8 @@
 
 #include "store/Schema.h"
 #include "store/Statements.h"
-#include "store/StoreError.h"
 #include "store/SubjectStore.h"
+#include "store/TopicRow.h"
 
 namespace {
 
@@ -31,11 +31,8 @@ std::vector<TopicEntry> listTopics(const std::filesystem::path &subject)
 TopicContents readTopic(const std::filesystem::path &subject, int topic)
 {
     SubjectStore store(subject);
-    const TopicSet found = store.openRecordSet(topicByKey(topic));
-    if (found.recordCount() == 0) {
-        throw StoreError(StoreError::Reason::RowGone, 0, subject.string(), "the topic was deleted meanwhile");
-    }
-    return {found.text(TopicField::Name), found.text(TopicField::Notes), countOf(store, cardsOfTopic(topic))};
+    const TopicSet row = openTopic(store, subject, topic);
+    return {row.text(TopicField::Name), row.text(TopicField::Notes), countOf(store, cardsOfTopic(topic))};
 }
 
 int countCards(const std::filesystem::path &subject, std::string_view statement)

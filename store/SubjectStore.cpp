@@ -55,6 +55,11 @@ int SubjectStore::execute(std::string_view statement)
     return m_connection->execute(translateSql(statement));
 }
 
+bool SubjectStore::isInPlace() const
+{
+    return m_connection->isInPlace();
+}
+
 void SubjectStore::close() noexcept
 {
     if (m_connection) {

@@ -31,6 +31,10 @@ public:
     /// Runs a deleting statement of the catalogue. Returns the number of rows deleted.
     int execute(std::string_view statement);
 
+    /// Whether the open file still stands where it was opened: false once it was moved,
+    /// deleted or replaced. Writing to it is NotFound then.
+    [[nodiscard]] bool isInPlace() const;
+
     /// Closes the file, and its sets with it. Closing twice is nothing.
     void close() noexcept;
 

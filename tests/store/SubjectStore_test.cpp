@@ -229,7 +229,45 @@ TEST_F(ASubjectStore, ClosesTwiceAndThenAnswersNotNow)
     store.close();
     EXPECT_STORE_ERROR(NotNow, store.openRecordSet(allTopics()));
     EXPECT_STORE_ERROR(NotNow, store.execute(deleteTopicRow(1)));
+    EXPECT_STORE_ERROR(NotNow, store.isInPlace());
     EXPECT_STORE_ERROR(NotNow, Transaction(store));
+}
+
+TEST_F(ASubjectStore, IsInPlaceWhileItsFileIs)
+{
+    createCards(1);
+    const SubjectStore store(path);
+    EXPECT_TRUE(store.isInPlace());
+    fs::rename(path, folder / "Elsewhere.crl");
+    EXPECT_FALSE(store.isInPlace());
+    fs::rename(folder / "Elsewhere.crl", path);
+    EXPECT_TRUE(store.isInPlace());
+    otherProgram().exec("UPDATE FlashCards SET Front = 'Z'");
+    EXPECT_TRUE(store.isInPlace()) << "other contents are no other file";
+}
+
+TEST_F(ASubjectStore, IsNotInPlaceWhenItsFileWasDeletedOrReplaced)
+{
+    createCards(1);
+    SubjectStore store(path);
+    fs::copy_file(path, folder / "Copy.crl");
+    fs::remove(path);
+    EXPECT_FALSE(store.isInPlace());
+    fs::rename(folder / "Copy.crl", path);
+    EXPECT_FALSE(store.isInPlace()) << "a copy is another file";
+    EXPECT_STORE_ERROR(NotFound, store.execute(deleteTopicCards(1)));
+    EXPECT_EQ(askOther("SELECT count(*) FROM FlashCards"), "1");
+    EXPECT_TRUE(SubjectStore(path).isInPlace());
+}
+
+TEST_F(ASubjectStore, IsInPlaceBehindASymbolicLink)
+{
+    createCards(1);
+    fs::create_symlink("Subject.crl", folder / "Link.crl");
+    const SubjectStore store(folder / "Link.crl");
+    EXPECT_TRUE(store.isInPlace());
+    fs::remove(path);
+    EXPECT_FALSE(store.isInPlace());
 }
 
 TEST_F(ASubjectStore, CanBeMovedAndClosesWhatItHeldBefore)
