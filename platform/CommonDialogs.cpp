@@ -1,5 +1,6 @@
 #include "platform/CommonDialogs.h"
 
+#include <QColorDialog>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QInputDialog>
@@ -88,6 +89,11 @@ Answer askYesNoCancel(QWidget *parent, const QString &question, const QString &t
     return answerOf(ask(parent, form, question, title));
 }
 
+Answer askWarned(QWidget *parent, const QString &question, const QString &title)
+{
+    return answerOf(ask(parent, {QMessageBox::Warning, yesNo, QMessageBox::No, QMessageBox::No}, question, title));
+}
+
 bool mayReplace(QWidget *parent, const QString &path, const QString &title)
 {
     if (!QFileInfo::exists(path)) {
@@ -95,8 +101,7 @@ bool mayReplace(QWidget *parent, const QString &path, const QString &title)
     }
     const QString question =
         QStringLiteral("The file \"%1\" already exists.\nDo you want to replace it?").arg(QFileInfo(path).fileName());
-    return ask(parent, {QMessageBox::Warning, yesNo, QMessageBox::No, QMessageBox::No}, question, title) ==
-           QMessageBox::Yes;
+    return askWarned(parent, question, title) == Answer::Yes;
 }
 
 std::optional<QString> askText(QWidget *parent, const QString &prompt, const QString &title, const QString &offered)
@@ -115,6 +120,17 @@ std::optional<QString> askText(QWidget *parent, const QString &prompt, const QSt
         return std::nullopt;
     }
     return dialog.textValue();
+}
+
+std::optional<QColor> askColor(QWidget *parent, const QString &title, const QColor &current)
+{
+    QColorDialog dialog(current, parent);
+    dialog.setObjectName(QStringLiteral("CommonDialog1"));
+    dialog.setWindowTitle(title);
+    if (dialog.exec() != QDialog::Accepted) {
+        return std::nullopt;
+    }
+    return dialog.selectedColor();
 }
 
 std::optional<QString> askOpenSubject(QWidget *parent, const QString &title, const QString &near)

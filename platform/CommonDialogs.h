@@ -1,10 +1,10 @@
 #pragma once
 
+#include <QColor>
 #include <QString>
 
 #include <optional>
 
-class QColor;
 class QWidget;
 
 // The questions that windows ask through other windows. Each is modal to its
@@ -21,6 +21,9 @@ void showFailure(QWidget *parent, const QString &text, const QString &details, c
 /// A question icon, Yes, No and Cancel; Escape and the close box say Cancel.
 [[nodiscard]] Answer askYesNoCancel(QWidget *parent, const QString &question, const QString &title);
 
+/// A warning icon, Yes and No; Enter, Escape and the close box say No: for what cannot be undone.
+[[nodiscard]] Answer askWarned(QWidget *parent, const QString &question, const QString &title);
+
 /// Whether \p path may be written: no file is there, or the learner answered that it may be
 /// replaced. Enter, Escape and the close box say that it may not.
 [[nodiscard]] bool mayReplace(QWidget *parent, const QString &path, const QString &title);
@@ -28,6 +31,9 @@ void showFailure(QWidget *parent, const QString &text, const QString &details, c
 /// Asks for one line of text; nothing if the learner cancelled.
 [[nodiscard]] std::optional<QString> askText(QWidget *parent, const QString &prompt, const QString &title,
                                              const QString &offered);
+
+/// Asks for a colour, beginning with \p current; nothing if the learner cancelled.
+[[nodiscard]] std::optional<QColor> askColor(QWidget *parent, const QString &title, const QColor &current);
 
 // The file dialogs show "Cramlet (*.crl)". They return the whole path, with "/",
 // or nothing if the learner cancelled. They open in the folder of \p near, or in

@@ -10,7 +10,9 @@
 
 namespace {
 
-constexpr int margin = 3; // around the picture: room for the focus ring and for being pressed
+constexpr int margin = 3;              // around the picture: room for the focus ring and for being pressed
+constexpr double corner = 4;           // radius of the focus ring and of the ground
+constexpr float checkedGround = 0.25F; // opacity
 
 struct PictureKey
 {
@@ -70,6 +72,16 @@ const QImage &pictureFor(const PictureKey &key)
     return *(found != pictures.constEnd() ? found : pictures.insert(key, renderPicture(key)));
 }
 
+/// The line lies within \p area.
+void drawRounded(QPainter &painter, const QRectF &area, const QPen &line, const QBrush &ground)
+{
+    const double inset = line.widthF() / 2;
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(line);
+    painter.setBrush(ground);
+    painter.drawRoundedRect(onDevicePixels(painter, area).adjusted(inset, inset, -inset, -inset), corner, corner);
+}
+
 } // namespace
 
 ImageButton::ImageButton(QWidget *parent)
@@ -84,8 +96,10 @@ ImageButton::~ImageButton() = default;
 
 void ImageButton::setPicture(const QString &name)
 {
-    m_picture = name;
-    update();
+    if (name != m_picture) {
+        m_picture = name;
+        update();
+    }
 }
 
 void ImageButton::setHint(const QString &hint)
@@ -109,22 +123,23 @@ QSize ImageButton::sizeHint() const
 void ImageButton::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
+    if (isChecked()) {
+        QColor color = palette().color(QPalette::Highlight);
+        const QPen pen(color, hairline(painter));
+        color.setAlphaF(checkedGround);
+        drawRounded(painter, rect(), pen, color);
+    }
     const double scale = painter.deviceTransform().m11();
     const QImage &image = pictureFor({m_picture, qRound(m_edge * scale), isEnabled()});
 
     if (!image.isNull()) {
         const QPointF shift = isDown() ? QPointF(1, 1) : QPointF(0, 0);
         const QSizeF size = QSizeF(image.size()) / scale;
-        const QPointF corner = QRectF(rect()).center() - QPointF(size.width() / 2, size.height() / 2) + shift;
-        painter.drawImage(onDevicePixels(painter, QRectF(corner, size)), image);
+        const QPointF place = QRectF(rect()).center() - QPointF(size.width() / 2, size.height() / 2) + shift;
+        painter.drawImage(onDevicePixels(painter, QRectF(place, size)), image);
     }
     if (hasFocus()) {
-        painter.setRenderHint(QPainter::Antialiasing);
-        const double width = 2 * hairline(painter);
-        const double inset = width / 2;
-        const QRectF ring = onDevicePixels(painter, rect()).adjusted(inset, inset, -inset, -inset);
-        painter.setPen(QPen(palette().color(QPalette::Highlight), width));
-        painter.drawRoundedRect(ring, 4, 4);
+        drawRounded(painter, rect(), QPen(palette().color(QPalette::Highlight), 2 * hairline(painter)), Qt::NoBrush);
     }
 }
 

@@ -5,7 +5,8 @@
 /// A command button that is a picture, with a hint for what it does.
 ///
 /// Its pointer is the up-arrow. A click never gives it the focus; Tab does, and
-/// then Space presses it. Every other key goes on to the window.
+/// then Space presses it. Every other key goes on to the window. One that is
+/// checkable shows by a coloured ground that it is checked.
 class ImageButton : public QAbstractButton
 {
     Q_OBJECT

@@ -120,7 +120,7 @@ void PagePainter::spiralWire(const QRectF &twips)
 } // namespace
 
 NotebookPage::NotebookPage(const PageRuling &ruling, QWidget *parent)
-    : QWidget(parent)
+    : QWidget(parent, Qt::Window)
     , m_ruling(ruling)
 {
     setAttribute(Qt::WA_OpaquePaintEvent);

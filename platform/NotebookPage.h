@@ -14,6 +14,7 @@ class NotebookPage : public QWidget
     Q_OBJECT
 
 public:
+    /// A window also with a \p parent, which owns it and in front of which it stays.
     explicit NotebookPage(const PageRuling &ruling, QWidget *parent = nullptr);
 
     void setPaperColor(const QColor &color);

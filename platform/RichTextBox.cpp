@@ -9,6 +9,7 @@
 #include "platform/PastedPicture.h"
 #include "platform/RichTextClipboard.h"
 #include "platform/rtf/RtfObjectFormat.h"
+#include "platform/rtf/RtfObjectParts.h"
 #include "platform/rtf/RtfReader.h"
 #include "platform/rtf/RtfWriter.h"
 
@@ -78,6 +79,13 @@ QRectF areaOf(const QTextDocument &document, int position)
     const double other = line.cursorToX(place + 1);
     const QRectF area(std::min(one, other), line.y(), std::abs(other - one), line.height());
     return area.translated(block.layout()->position());
+}
+
+/// Whether \p source is that of an object, which a picture is not.
+bool isObject(const QByteArray &source)
+{
+    return !source.isEmpty() &&
+           !findObjectParts({source.constData(), static_cast<std::size_t>(source.size())}).isPicture;
 }
 
 // Links.
@@ -204,16 +212,19 @@ void RichTextBox::insertObjectSource(const QByteArray &source)
 
 void RichTextBox::insertPicture(const QImage &image)
 {
-    insertObjectSource(sourceOfImage(image, pasteTarget().screen));
+    insertObjectSource(sourceOfImage(image, pictureLimit()));
+}
+
+QSize RichTextBox::pictureLimit() const
+{
+    return screen()->size() * unitsPerInch / logicalDpiX();
 }
 
 // Clipboard and dragging.
 
 PasteTarget RichTextBox::pasteTarget() const
 {
-    return {.paper = palette().color(QPalette::Base),
-            .screen = screen()->size() * unitsPerInch / logicalDpiX(),
-            .font = document()->defaultFont()};
+    return {.paper = palette().color(QPalette::Base), .screen = pictureLimit(), .font = document()->defaultFont()};
 }
 
 QMimeData *RichTextBox::createMimeDataFromSelection() const
@@ -430,7 +441,7 @@ void RichTextBox::mouseReleaseEvent(QMouseEvent *event)
 void RichTextBox::mouseDoubleClickEvent(QMouseEvent *event)
 {
     const QByteArray source = objectAt(event->position().toPoint());
-    if (event->button() == Qt::LeftButton && !source.isEmpty() && holdsFile(source)) {
+    if (event->button() == Qt::LeftButton && isObject(source) && holdsFile(source)) {
         openObject(this, source);
         return;
     }

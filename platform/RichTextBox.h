@@ -15,7 +15,8 @@ struct PasteTarget;
 ///
 /// A double click opens an object that holds a file, Ctrl+click or Ctrl+Return a
 /// link, each after a question; both also work in a locked box. The context menu
-/// offers the same. Ctrl+Shift+V pastes plain text.
+/// offers the same, and opening and saving of pictures too, for which a double click
+/// is one on text. Ctrl+Shift+V pastes plain text.
 class RichTextBox : public QTextEdit
 {
     Q_OBJECT
@@ -73,12 +74,15 @@ public:
     void setSelBullet(bool on) { change(&SelectionFormat::setBullet, on); }
     void setSelAlignment(TextAlignment alignment) { change(&SelectionFormat::setAlignment, alignment); }
     void setSelIndent(int twips) { change(&SelectionFormat::setIndent, twips); }
+    void shiftSelIndent(int twips) { change(&SelectionFormat::shiftIndent, twips); }
 
     // These replace the selection, as one undo step. The caret is behind what they put in.
 
     /// \p source is that of a picture or object (RtfObject.h); nothing happens if it is empty.
     void insertObjectSource(const QByteArray &source);
     void insertPicture(const QImage &image);
+    /// What is larger is inserted and pasted at this size: the screen's, in document units (96 to the inch).
+    [[nodiscard]] QSize pictureLimit() const;
     /// Pastes what the clipboard holds as text, in the format at the caret. A locked box takes none.
     void pastePlainText();
 

@@ -28,12 +28,18 @@ namespace {
 
 constexpr double twipsPerUnit = 15;
 
-// What RTF is called, the forms that we offer first.
+const QStringList &offeredRtfFormats()
+{
+    static const QStringList formats{QStringLiteral("text/rtf"), QStringLiteral("application/rtf")};
+    return formats;
+}
+
+/// What RTF is called, the forms that we offer first.
 const QStringList &rtfFormats()
 {
-    static const QStringList formats{QStringLiteral("text/rtf"), QStringLiteral("application/rtf"),
-                                     QStringLiteral("text/richtext"),
-                                     QStringLiteral("application/x-qt-windows-mime;value=\"Rich Text Format\"")};
+    static const QStringList formats =
+        offeredRtfFormats() + QStringList{QStringLiteral("text/richtext"),
+                                          QStringLiteral("application/x-qt-windows-mime;value=\"Rich Text Format\"")};
     return formats;
 }
 
@@ -195,14 +201,14 @@ public:
 
     [[nodiscard]] QStringList formats() const override
     {
-        return {rtfFormats().at(0), rtfFormats().at(1), htmlFormat(), textFormat()};
+        return offeredRtfFormats() + QStringList{htmlFormat(), textFormat()};
     }
     [[nodiscard]] bool hasFormat(const QString &format) const override { return formats().contains(format); }
 
 protected:
     [[nodiscard]] QVariant retrieveData(const QString &format, QMetaType type) const override
     {
-        if (format == rtfFormats().at(0) || format == rtfFormats().at(1)) {
+        if (offeredRtfFormats().contains(format)) {
             return QByteArray::fromStdString(m_rtf);
         }
         if (format == htmlFormat()) {
@@ -215,19 +221,6 @@ private:
     const std::string m_rtf;
     const QString m_text;
 };
-
-std::string rtfIn(const QMimeData &data)
-{
-    for (const QString &format : rtfFormats()) {
-        if (data.hasFormat(format)) {
-            const QByteArray bytes = data.data(format);
-            if (bytes.trimmed().startsWith("{\\rtf")) {
-                return bytes.toStdString();
-            }
-        }
-    }
-    return {};
-}
 
 QByteArray pictureIn(const QMimeData &data, QSize limit)
 {
@@ -298,12 +291,39 @@ std::unique_ptr<QMimeData> clipboardOf(const QTextCursor &selection)
     return std::make_unique<CopiedText>(selection);
 }
 
+std::unique_ptr<QMimeData> rtfClipboardOf(const QTextCursor &selection)
+{
+    auto data = std::make_unique<QMimeData>();
+    const QByteArray rtf = QByteArray::fromStdString(writeRtf(selection));
+    for (const QString &format : offeredRtfFormats()) {
+        data->setData(format, rtf);
+    }
+    return data;
+}
+
+bool holdsRtf(const QMimeData &data)
+{
+    return std::ranges::any_of(rtfFormats(), [&data](const QString &format) { return data.hasFormat(format); });
+}
+
+std::string rtfIn(const QMimeData &data)
+{
+    for (const QString &format : rtfFormats()) {
+        if (data.hasFormat(format)) {
+            const QByteArray bytes = data.data(format);
+            if (bytes.trimmed().startsWith("{\\rtf")) {
+                return bytes.toStdString();
+            }
+        }
+    }
+    return {};
+}
+
 bool canPaste(const QMimeData &data)
 {
     const QStringList formats = data.formats();
-    return data.hasText() || data.hasHtml() || data.hasImage() || data.hasUrls() ||
-           std::ranges::any_of(
-               formats, [](const QString &format) { return isPictureFormat(format) || rtfFormats().contains(format); });
+    return data.hasText() || data.hasHtml() || data.hasImage() || data.hasUrls() || holdsRtf(data) ||
+           std::ranges::any_of(formats, isPictureFormat);
 }
 
 std::optional<std::string> rtfToPaste(const QMimeData &data, const PasteTarget &target)

@@ -17,6 +17,15 @@ class QMimeData;
 /// now: later changes of the document do not reach it. An empty selection is none of these.
 [[nodiscard]] std::unique_ptr<QMimeData> clipboardOf(const QTextCursor &selection);
 
+/// The selection as RTF alone.
+[[nodiscard]] std::unique_ptr<QMimeData> rtfClipboardOf(const QTextCursor &selection);
+
+/// Whether \p data offers RTF. The data itself is not looked at.
+[[nodiscard]] bool holdsRtf(const QMimeData &data);
+
+/// The RTF in \p data as it is; empty if there is none.
+[[nodiscard]] std::string rtfIn(const QMimeData &data);
+
 /// Whether \p data offers RTF, HTML, a picture, files or plain text. The data itself
 /// is not looked at.
 [[nodiscard]] bool canPaste(const QMimeData &data);

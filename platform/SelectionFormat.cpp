@@ -451,3 +451,11 @@ void SelectionFormat::setIndent(int twips)
         setIndents(format, paragraph, units);
     });
 }
+
+void SelectionFormat::shiftIndent(int twips)
+{
+    changeParagraphs(m_cursor, [twips](QTextBlockFormat &format, RtfParagraph paragraph, const RtfUnits &units) {
+        paragraph.leftIndent += twips;
+        setIndents(format, paragraph, units);
+    });
+}

@@ -39,6 +39,8 @@ public:
     void setBullet(bool on); ///< numbered paragraphs become bullets, or plain
     void setAlignment(TextAlignment alignment);
     void setIndent(int twips); ///< the further lines move along
+    /// Moves each paragraph by that much, also where their indents differ.
+    void shiftIndent(int twips);
 
 private:
     QTextCursor &m_cursor;

@@ -3,6 +3,7 @@
 #include <QAbstractButton>
 #include <QAbstractItemView>
 #include <QApplication>
+#include <QColorDialog>
 #include <QCompleter>
 #include <QDialogButtonBox>
 #include <QDir>
@@ -196,6 +197,37 @@ TEST(InputBox, IsNothingWhenCancelledAndShowsThePromptAsItStands)
         pressEscape(window);
     }});
     EXPECT_EQ(askText(nullptr, QStringLiteral("<i>Name?</i>"), title, {}), std::nullopt);
+}
+
+TEST(ColorDialog, BeginsWithTheCurrentColourAndReturnsTheChosenOne)
+{
+    const Learner learner({[](QWidget &window) {
+                               auto &dialog = dynamic_cast<QColorDialog &>(window);
+                               EXPECT_EQ(dialog.objectName(), QStringLiteral("CommonDialog1"));
+                               EXPECT_EQ(dialog.windowTitle(), QStringLiteral("Font Color"));
+                               EXPECT_EQ(dialog.currentColor(), QColor(10, 20, 30));
+                               EXPECT_FALSE(dialog.testOption(QColorDialog::ShowAlphaChannel));
+                               dialog.setCurrentColor(QColor(1, 2, 3));
+                               QTest::keyClick(&window, Qt::Key_Return);
+                           },
+                           [](QWidget &window) { QTest::keyClick(&window, Qt::Key_Return); }});
+    EXPECT_EQ(askColor(nullptr, QStringLiteral("Font Color"), QColor(10, 20, 30)), QColor(1, 2, 3));
+    EXPECT_EQ(askColor(nullptr, QStringLiteral("Font Color"), QColor(10, 20, 30)), QColor(10, 20, 30));
+}
+
+TEST(ColorDialog, IsNothingWhenCancelledOrClosed)
+{
+    const auto change = [](QWidget &window) { dynamic_cast<QColorDialog &>(window).setCurrentColor(Qt::red); };
+    const Learner learner({[change](QWidget &window) {
+                               change(window);
+                               pressEscape(window);
+                           },
+                           [change](QWidget &window) {
+                               change(window);
+                               closeIt(window);
+                           }});
+    EXPECT_EQ(askColor(nullptr, title, Qt::blue), std::nullopt);
+    EXPECT_EQ(askColor(nullptr, title, Qt::blue), std::nullopt);
 }
 
 class FileDialogs : public testing::Test

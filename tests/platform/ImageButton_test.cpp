@@ -189,6 +189,42 @@ TEST_F(ImageButtonTest, APressedButtonsPictureMoves)
     EXPECT_EQ(picture(*m_button), up);
 }
 
+TEST_F(ImageButtonTest, ACheckableButtonIsCheckedByAClickAndBySpace)
+{
+    m_button->setCheckable(true);
+    QTest::mouseClick(m_button, Qt::LeftButton);
+    EXPECT_TRUE(m_button->isChecked());
+    EXPECT_TRUE(m_box->hasFocus());
+    m_button->setFocus(Qt::TabFocusReason);
+    QTest::keyClick(m_button, Qt::Key_Space);
+    EXPECT_FALSE(m_button->isChecked());
+}
+
+TEST_F(ImageButtonTest, ACheckedButtonHasAColouredGroundAroundTheSamePicture)
+{
+    const QImage off = picture(*m_button);
+    m_button->setCheckable(true);
+    EXPECT_EQ(picture(*m_button), off);
+    m_button->setChecked(true);
+    const QImage on = picture(*m_button);
+    const QColor ground = on.pixelColor(3, on.height() / 2);
+    EXPECT_EQ(off.pixelColor(3, on.height() / 2), QColor(Qt::white));
+    EXPECT_NE(ground, QColor(Qt::white));
+    EXPECT_EQ(on.pixelColor(0, on.height() / 2), m_button->palette().color(QPalette::Highlight)) << "with a border";
+    EXPECT_EQ(on.pixelColor(0, 0), QColor(Qt::white)) << "and round corners";
+    m_button->setChecked(false);
+    EXPECT_EQ(picture(*m_button), off);
+}
+
+TEST_F(ImageButtonTest, AnUnavailableCheckedButtonIsStillFainter)
+{
+    m_button->setCheckable(true);
+    m_button->setChecked(true);
+    const QImage available = picture(*m_button);
+    m_button->setEnabled(false);
+    EXPECT_NE(picture(*m_button), available);
+}
+
 TEST_F(ImageButtonTest, TheFocusShowsAsARing)
 {
     m_button->setFocus(Qt::TabFocusReason);

@@ -2,6 +2,7 @@
 #include "platform/rtf/OleObject.h"
 #include "platform/rtf/RtfObject.h"
 #include "tests/support/KeyWindow.h"
+#include "tests/support/Pictures.h"
 #include "tests/support/Windows.h"
 
 #include <QAction>
@@ -326,6 +327,32 @@ TEST_F(RichTextBoxLinks, ADoubleClickOnAnObjectWithoutAFileIsOneOnText)
     EXPECT_EQ(doubleClicked.count(), 1);
     putCaret(0);
     EXPECT_FALSE(textsOf(menuByKey()).contains(QStringLiteral("Open Object...")));
+}
+
+TEST_F(RichTextBoxLinks, ADoubleClickOnAPictureIsOneOnText)
+{
+    const QSignalSpy doubleClicked(m_box, &RichTextBox::doubleClicked);
+    for (const bool locked : {false, true}) {
+        m_box->resetText({});
+        m_box->insertPicture(redPicture());
+        m_box->setLocked(locked);
+        QTest::mouseDClick(m_box->viewport(), Qt::LeftButton, {}, placeOf(0));
+    }
+    EXPECT_EQ(doubleClicked.count(), 2);
+    EXPECT_TRUE(m_answers.seen().empty());
+    EXPECT_EQ(m_desktop.opened.size(), 0);
+}
+
+TEST_F(RichTextBoxLinks, APictureIsOpenedByTheContextMenu)
+{
+    m_box->resetText({});
+    m_box->insertPicture(redPicture());
+    QMenu *menu = menuAt(0);
+    EXPECT_TRUE(textsOf(menu).contains(QStringLiteral("Save Object As...")));
+    m_answers.press(QMessageBox::Yes);
+    commandOf(menu, "Open Object...")->trigger();
+    EXPECT_TRUE(m_answers.last().text.contains(QStringLiteral("Picture.png")));
+    EXPECT_EQ(m_desktop.opened.size(), 1);
 }
 
 TEST_F(RichTextBoxLinks, AnObjectScrolledIntoSightIsFoundWhereItIs)

@@ -76,6 +76,46 @@ TEST(ClipboardOf, OffersRtfHtmlAndPlainText)
     EXPECT_FALSE(data->hasUrls());
 }
 
+TEST(RtfClipboardOf, OffersRtfOfTheSelectionAndNothingElse)
+{
+    const auto document = documentOf(wholeRtf("one \\b two\\b0\\par three"));
+    QTextCursor cursor(document.get());
+    cursor.setPosition(4);
+    cursor.setPosition(7, QTextCursor::KeepAnchor);
+    const auto data = rtfClipboardOf(cursor);
+    EXPECT_EQ(data->formats(), (QStringList{rtfFormat, QStringLiteral("application/rtf")}));
+    EXPECT_EQ(data->data(rtfFormat).toStdString(), writeRtf(cursor));
+    EXPECT_EQ(data->data(QStringLiteral("application/rtf")), data->data(rtfFormat));
+    EXPECT_TRUE(holdsRtf(*data));
+    EXPECT_EQ(rtfIn(*data), writeRtf(cursor));
+}
+
+TEST(HoldsRtf, IsAboutTheFormatsThatAreOffered)
+{
+    QMimeData data;
+    EXPECT_FALSE(holdsRtf(data));
+    data.setText(QStringLiteral("{\\rtf1 text}"));
+    data.setHtml(QStringLiteral("<b>text</b>"));
+    EXPECT_FALSE(holdsRtf(data));
+    EXPECT_TRUE(holdsRtf(*clipboardOf(allOf(*documentOf(wholeRtf("one"))))));
+    for (const QString &format : {rtfFormat, QStringLiteral("application/rtf"), QStringLiteral("text/richtext")}) {
+        QMimeData rich;
+        rich.setData(format, "{\\rtf1 text}");
+        EXPECT_TRUE(holdsRtf(rich)) << format.toStdString();
+        EXPECT_EQ(rtfIn(rich), "{\\rtf1 text}");
+    }
+}
+
+TEST(RtfIn, IsEmptyWhereThereIsNone)
+{
+    QMimeData data;
+    EXPECT_EQ(rtfIn(data), "");
+    data.setData(rtfFormat, "not at all");
+    EXPECT_EQ(rtfIn(data), "");
+    data.setData(QStringLiteral("application/rtf"), "{\\rtf1 text}");
+    EXPECT_EQ(rtfIn(data), "{\\rtf1 text}") << "the next format may be better";
+}
+
 TEST(ClipboardOf, RtfIsThatOfTheSelection)
 {
     const auto document = documentOf(wholeRtf("one \\b two\\b0\\par\\pard\\qc three\\par four"));

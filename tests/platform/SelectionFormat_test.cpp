@@ -373,6 +373,32 @@ TEST_F(SelectionFormatTest, TheIndentMovesAllLinesOfEachParagraph)
     EXPECT_EQ(paragraph(1).firstLineIndent, 300);
 }
 
+TEST_F(SelectionFormatTest, ShiftingTheIndentKeepsTheParagraphsDifferences)
+{
+    show("{\\rtf1\\pard\\li900\\fi-400 one\\par\\pard\\fi300 two\\par\\pard three\\par}");
+    const std::string before = rtf();
+    select(1, 6);
+    m_format.shiftIndent(-500);
+    EXPECT_EQ(paragraph(0).leftIndent, 400);
+    EXPECT_EQ(paragraph(0).firstLineIndent, -400);
+    EXPECT_EQ(paragraph(1).leftIndent, -500);
+    EXPECT_EQ(paragraph(1).firstLineIndent, 300);
+    EXPECT_EQ(paragraph(2).leftIndent, 0) << "which is not selected";
+    EXPECT_EQ(m_cursor.selectedText().size(), 5) << "the selection stays";
+    expectOneStepBackTo(before);
+    m_format.shiftIndent(500);
+    EXPECT_EQ(rtf(), before);
+}
+
+TEST_F(SelectionFormatTest, ShiftingTheIndentOfABulletLeavesTheBullet)
+{
+    show("{\\rtf1\\pard\\li200\\fi-200{\\*\\pn\\pnlvlblt{\\pntxtb\\'b7}}one\\par}");
+    m_format.shiftIndent(500);
+    EXPECT_EQ(m_format.indent(), 500);
+    EXPECT_EQ(paragraph(0).firstLineIndent, -200);
+    EXPECT_EQ(m_format.isBullet(), true);
+}
+
 TEST_F(SelectionFormatTest, ANegativeIndentIsKeptAndComesBack)
 {
     show("{\\rtf1 one\\par}");
