@@ -17,7 +17,7 @@ QString adviceFor(StoreError::Reason reason)
     switch (reason) {
     case NotFound:
         return QStringLiteral("The subject file cannot be found:\n%1\n\nIt may have been moved, renamed or deleted. "
-                              "Choose \"More Subjects...\" to look for it.");
+                              "Put it back and try again, or choose \"More Subjects...\" to look for it.");
     case NotAFile:
         return QStringLiteral("This is not a subject file but a folder or a device:\n%1\n\nChoose a file that ends in "
                               "\".crl\".");
@@ -38,9 +38,10 @@ QString adviceFor(StoreError::Reason reason)
         return QStringLiteral("You are not allowed to read this file:\n%1\n\nAsk its owner for the permission, or "
                               "choose another subject.");
     case ReadOnly:
-        return QStringLiteral("This subject cannot be written to:\n%1\n\nStudying stores marks and orders in the file. "
-                              "Make the file and its folder writable, or copy the file to a folder of your own and "
-                              "open the copy.");
+        return QStringLiteral(
+            "This subject cannot be written to:\n%1\n\nWriting and studying store what you do in the "
+            "file. Make the file and its folder writable, or copy the file to a folder of your own and "
+            "open the copy.");
     case Locked:
         return QStringLiteral("Another program is busy with this subject:\n%1\n\nNothing was lost. Wait a moment and "
                               "try again.");
@@ -55,7 +56,9 @@ QString adviceFor(StoreError::Reason reason)
         return QStringLiteral("The subject does not take this value, so nothing was stored:\n%1\n\nThe name of a topic "
                               "has at most 255 characters.");
     case NotNow: return QStringLiteral("This cannot be done at this moment. The subject was not changed:\n%1");
-    case Engine: return QStringLiteral("The subject file could not be read or written:\n%1");
+    case Engine:
+        return QStringLiteral("The subject file could not be read or written:\n%1\n\nWhat you see in the window is "
+                              "still there. Try again, and keep a copy of the file if it fails again.");
     }
     return QStringLiteral("%1");
 }

@@ -22,9 +22,14 @@ Subject subjectAt(const QString &path)
     return {path, file.chopped(qMin<qsizetype>(endingLength, file.size()))};
 }
 
+QString asCaption(QString text)
+{
+    return text.replace(QStringLiteral("[*]"), QStringLiteral("[*][*]"));
+}
+
 QString subjectCaption(const Subject &subject)
 {
-    return QStringLiteral("Cramlet: ") + subject.name;
+    return asCaption(QStringLiteral("Cramlet: ") + subject.name);
 }
 
 void applyBackground(NotebookPage &page, const SettingsStore &settings)

@@ -32,7 +32,10 @@ struct Module1
 /// The subject at \p path, named after its file.
 [[nodiscard]] Subject subjectAt(const QString &path);
 
-/// "Cramlet: " and the subject's name.
+/// \p text as a window shows it in its caption to the letter: "[*]" has a meaning there.
+[[nodiscard]] QString asCaption(QString text);
+
+/// The caption "Cramlet: " and the subject's name.
 [[nodiscard]] QString subjectCaption(const Subject &subject);
 
 /// Gives \p page the learner's paper colour. A stored colour that is no number

@@ -26,6 +26,11 @@ WindowState stateOf(const QWidget &window)
     return window.isMaximized() ? Maximised : Normal;
 }
 
+QSize usualSize(const QScreen &screen)
+{
+    return {screen.size().width() / 2, qRound(screen.size().height() * 0.7)};
+}
+
 /// The frame that the desktop puts around a window, as far as it is known yet:
 /// that of \p window once it is seen, before that the frame of any other.
 QMargins knownFrame(const QWidget &window)
@@ -77,10 +82,10 @@ private:
 
 } // namespace
 
-void restorePlacement(QWidget &window, const SettingsStore &settings, const QString &section)
+void restorePlacement(QWidget &window, const SettingsStore &settings, const QString &section, QSize usual)
 {
-    const QSize screen = window.screen()->size();
-    QSize outer(screen.width() / 2, qRound(screen.height() * 0.7));
+    QSize outer =
+        usual.isEmpty() ? usualSize(*window.screen()) : QSize(toPixels(usual.width()), toPixels(usual.height()));
     runGuarded(&window, [&] {
         if (settings.number(section, stateKey, Normal) == double{Maximised}) {
             window.setWindowState(Qt::WindowMaximized);
