@@ -1,40 +1,47 @@
 #include "forms/frmNotes/frmNotes.h"
 
 #include "app/CommandGuard.h"
+#include "app/Help.h"
 #include "app/WindowPlacement.h"
 #include "forms/CommandBar.h"
 #include "forms/Controls.h"
+#include "forms/frmEditCards/frmEditCards.h"
 #include "forms/frmFlashCard/frmFlashCard.h"
 #include "forms/frmOpen/frmOpen.h"
 #include "forms/frmOptions/frmOptions.h"
 #include "platform/ClickSound.h"
 #include "platform/CommonDialogs.h"
 #include "platform/ElidedLabel.h"
+#include "platform/PaperPalette.h"
 #include "platform/PaperSheet.h"
 #include "platform/RichTextBox.h"
 #include "platform/TabStrip.h"
 #include "platform/Twips.h"
+#include "store/Statements.h"
 #include "store/SubjectReading.h"
+#include "store/SubjectWriting.h"
+#include "txtEdit/txtEdit.h"
 
 #include <QBoxLayout>
 #include <QCloseEvent>
 #include <QKeyEvent>
 #include <QLabel>
 
+#include <algorithm>
 #include <vector>
 
 namespace {
 
 enum Command {
-    CreateTopic,
-    RenameTopic,
-    DeleteTopic,
-    EditFlashCards,
+    Create,
+    Rename,
+    Delete,
+    EditCards,
     Study,
     BackgroundColor,
     Help,
     Exit,
-    EditNotes,
+    Edit,
 };
 
 constexpr std::array<ButtonFace, 9> faces{{
@@ -50,10 +57,25 @@ constexpr std::array<ButtonFace, 9> faces{{
 }};
 
 // The commands as the eye meets them; a gap stands between two groups.
-constexpr std::array topicGroup{CreateTopic, RenameTopic, DeleteTopic};
-constexpr std::array writingGroup{EditNotes, EditFlashCards};
+constexpr std::array topicGroup{Create, Rename, Delete};
+constexpr std::array writingGroup{Edit, EditCards};
 constexpr std::array studyGroup{Study};
 constexpr std::array programGroup{BackgroundColor, Help, Exit};
+
+struct AltKey
+{
+    Qt::Key key;
+    Command command;
+};
+
+constexpr std::array<AltKey, 6> altKeys{{
+    {Qt::Key_N, Create},
+    {Qt::Key_R, Rename},
+    {Qt::Key_D, Delete},
+    {Qt::Key_S, Study},
+    {Qt::Key_E, Edit},
+    {Qt::Key_F, EditCards},
+}};
 
 constexpr PageRuling page{.firstLine = 1180, .marginLine = true};
 constexpr int minWidth = 9315;  // twips
@@ -61,6 +83,10 @@ constexpr int minHeight = 6105; // twips
 
 const QString section = QStringLiteral("Notes");
 const QString keyPrefix = QStringLiteral("Key");
+const QString askForName = QStringLiteral("Name of topic?");
+const QString noTopics = QStringLiteral("No Topics");
+// One text for notes and cards.
+const QString createTopicFirst = QStringLiteral("You must create a topic before editing flash cards");
 
 QString cardCountLine(int count)
 {
@@ -76,24 +102,26 @@ frmNotes::frmNotes(Module1 &module)
     , Label1(makeControl<ElidedLabel>(this, QLatin1String("Label1")))
     , TabStrip1(makeControl<TabStrip>(this, QLatin1String("TabStrip1")))
     , m_sheet(new PaperSheet(this))
+    , CoolBar1(new EditTools(m_sheet))
     , RichTextBox1(makeControl<RichTextBox>(m_sheet, QLatin1String("RichTextBox1")))
     , StatusBar1(makeControl<QLabel>(m_sheet, QLatin1String("StatusBar1")))
     , m_module(module)
+    , m_tools(
+          std::make_unique<txtEdit>(*CoolBar1, txtEdit::Window{this, [this] { myHelp(); },
+                                                               [this](const QKeyEvent &key) { return takeKey(key); }}))
 {
     setObjectName(QStringLiteral("frmNotes"));
     setAttribute(Qt::WA_DeleteOnClose);
     applyBackground(*this, m_module.settings);
 
     setFaces(Image1, faces);
-    for (const Command later :
-         {CreateTopic, RenameTopic, DeleteTopic, EditFlashCards, BackgroundColor, Help, EditNotes}) {
-        Image1.at(later)->setEnabled(false);
-    }
     Label1->setFont(notebookFont(18));
     TabStrip1->setToolTip(QStringLiteral("Select your topic"));
+    CoolBar1->hide();
     RichTextBox1->setLocked(true);
     RichTextBox1->setFrameShape(QFrame::NoFrame);
     RichTextBox1->setAccessibleName(QStringLiteral("Notes"));
+    m_tools->addBox(*RichTextBox1);
     StatusBar1->setTextFormat(Qt::PlainText);
 
     layOut();
@@ -105,6 +133,8 @@ frmNotes::frmNotes(Module1 &module)
     LoadTopics();
     TabStrip1->setFocus(); // where the arrow keys leaf through the topics
 }
+
+frmNotes::~frmNotes() = default;
 
 void frmNotes::layOut()
 {
@@ -135,7 +165,8 @@ void frmNotes::layOut()
 
     auto *sheetRows = new QVBoxLayout(m_sheet);
     sheetRows->setSpacing(toPixels(120));
-    sheetRows->addWidget(RichTextBox1);
+    sheetRows->addWidget(CoolBar1);
+    sheetRows->addWidget(RichTextBox1, 1);
     sheetRows->addWidget(StatusBar1);
 
     auto *rows = new QVBoxLayout(this);
@@ -145,46 +176,141 @@ void frmNotes::layOut()
     rows->addSpacing(toPixels(120));
     rows->addLayout(tabRow);
     rows->addWidget(m_sheet, 1);
+    rows->addStretch(); // keeps the commands on top when there is no sheet
 
     inTabOrder.insert(inTabOrder.end(), {TabStrip1, RichTextBox1});
     chainTabOrder(inTabOrder);
 }
 
+/// The sheet is there while there are topics to show on it.
+void frmNotes::layOutContent()
+{
+    m_sheet->setVisible(TabStrip1->count() > 0);
+}
+
 void frmNotes::connectCommands()
 {
-    connect(TabStrip1, &TabStrip::chosen, this, guarded(this, [this] {
-                if (isVisible()) {
+    connect(TabStrip1, &TabStrip::chosen, this, guarded(this, &frmNotes::showSelectedTab));
+    connect(RichTextBox1, &RichTextBox::doubleClicked, this, guarded(this, [this] {
+                if (!isEditing()) {
                     playClick();
+                    EditNotes();
                 }
-                ShowTopic();
             }));
-    connect(Image1[Study], &ImageButton::clicked, this, guarded(this, &frmNotes::study));
-    connect(Image1[Exit], &ImageButton::clicked, this, [this] {
-        playClick();
-        close();
-    });
+    for (int command = Create; command <= Edit; ++command) {
+        connect(Image1.at(static_cast<std::size_t>(command)), &ImageButton::clicked, this,
+                guarded(this, [this, command] { run(command); }));
+    }
 }
+
+// Commands.
+
+void frmNotes::run(int command)
+{
+    playClick();
+    if (!isEditing() || mayLeaveNotes(command)) {
+        carryOut(command);
+    }
+}
+
+/// Every command finds the notes stored.
+bool frmNotes::mayLeaveNotes(int command)
+{
+    const auto store = [this] {
+        SaveChanges();
+        ShowTopic();
+    };
+    if (command != Exit) {
+        store();
+        return true;
+    }
+    // Once the learner knows that storing fails, closing offers to leave without it.
+    if (m_closing.hasFailed()) {
+        m_closing.tryAgain(store);
+        return true;
+    }
+    return m_closing.mayClose(this, store);
+}
+
+void frmNotes::carryOut(int command)
+{
+    switch (static_cast<Command>(command)) {
+    case Create: CreateTopic(); break;
+    case Rename: RenameTopic(); break;
+    case Delete: DeleteTopic(); break;
+    case EditCards: EditFlashCards(); break;
+    case Study: study(); break;
+    case BackgroundColor: chooseBackground(); break;
+    case Help: showHelp(this, HelpContext::MainWindow); break;
+    case Exit: close(); break;
+    case Edit: EditNotes(); break;
+    }
+}
+
+bool frmNotes::takeKey(const QKeyEvent &key)
+{
+    const bool isPlainEscape = key.key() == Qt::Key_Escape && key.modifiers() == Qt::NoModifier;
+    if (!isEditing() || !isPlainEscape) {
+        return false;
+    }
+    runGuarded(this, [this] { SaveChanges(); });
+    return true;
+}
+
+void frmNotes::keyPressEvent(QKeyEvent *event)
+{
+    const auto *alt = std::ranges::find(altKeys, event->key(), &AltKey::key);
+    if (event->modifiers() == Qt::AltModifier && alt != altKeys.end()) {
+        runGuarded(this, [&] { run(alt->command); });
+    } else if (event->modifiers() == Qt::NoModifier && event->key() == Qt::Key_Escape) {
+        close();
+    } else {
+        NotebookPage::keyPressEvent(event);
+    }
+}
+
+// Topics.
 
 void frmNotes::LoadTopics()
 {
     const std::vector<TopicEntry> topics = listTopics(subjectFile(m_module.subject));
     TabStrip1->removeAllTabs();
     for (const TopicEntry &topic : topics) {
-        TabStrip1->addKeyedTab(keyPrefix + QString::number(topic.index), QString::fromStdString(topic.name));
+        addTab(topic.index, QString::fromStdString(topic.name));
     }
+    layOutContent();
     if (topics.empty()) {
         Label1->setText(QStringLiteral("Create Topic..."));
         RichTextBox1->setTextRtf({});
+        if (isEditing()) {
+            SaveChanges();
+        }
         ShowTopic();
     } else {
         TabStrip1->select(0);
     }
-    m_sheet->setVisible(!topics.empty());
 }
 
 int frmNotes::selectedTopic() const
 {
     return TabStrip1->selectedKey().mid(keyPrefix.size()).toInt();
+}
+
+void frmNotes::addTab(int topic, const QString &name)
+{
+    TabStrip1->addKeyedTab(keyPrefix + QString::number(topic), name);
+}
+
+/// Notes that are being edited go to the topic that was just selected.
+void frmNotes::showSelectedTab()
+{
+    if (isVisible()) {
+        playClick();
+    }
+    if (isEditing()) {
+        SaveChanges();
+    }
+    ShowTopic();
 }
 
 void frmNotes::ShowTopic()
@@ -203,15 +329,121 @@ void frmNotes::ShowTopic()
     StatusBar1->show();
 }
 
+void frmNotes::CreateTopic()
+{
+    const auto name = askText(this, askForName, QStringLiteral("New Topic"),
+                              QStringLiteral("Chapter %1").arg(TabStrip1->count() + 1));
+    if (!name || name->isEmpty()) {
+        return;
+    }
+    const int topic = createTopic(subjectFile(m_module.subject), name->toStdString());
+    addTab(topic, *name);
+    layOutContent();
+    TabStrip1->select(TabStrip1->count() - 1);
+}
+
+void frmNotes::RenameTopic()
+{
+    if (TabStrip1->count() == 0) {
+        showInformation(this, QStringLiteral("There are not topics to rename."), noTopics);
+        return;
+    }
+    const int position = TabStrip1->currentIndex();
+    const auto name = askText(this, askForName, QStringLiteral("Rename Topic"), Label1->text());
+    if (name && !name->isEmpty()) {
+        renameTopic(subjectFile(m_module.subject), selectedTopic(), name->toStdString());
+        TabStrip1->setKeyedCaption(position, *name);
+    }
+    TabStrip1->setFocus();
+    TabStrip1->select(position);
+}
+
+void frmNotes::DeleteTopic()
+{
+    if (TabStrip1->count() == 0) {
+        showInformation(this, QStringLiteral("There are no topics to delete."), noTopics);
+        return;
+    }
+    const QString question = QStringLiteral("Are you sure you want to delete the '%1'\n"
+                                            "topic and all of its flash cards and notes?");
+    if (askYesNo(this, question.arg(Label1->text()), QStringLiteral("Delete Topic")) != Answer::Yes) {
+        return;
+    }
+    deleteTopic(subjectFile(m_module.subject), selectedTopic());
+    LoadTopics();
+}
+
 void frmNotes::takeSubject()
 {
     setWindowTitle(subjectCaption(m_module.subject));
     LoadTopics();
 }
 
+// Notes.
+
+bool frmNotes::isEditing() const
+{
+    return !CoolBar1->isHidden();
+}
+
+bool frmNotes::isUntouched() const
+{
+    return RichTextBox1->plainText() == Label1->text() + QStringLiteral(" notes...");
+}
+
+void frmNotes::EditNotes()
+{
+    if (TabStrip1->count() == 0) {
+        showInformation(this, createTopicFirst, noTopics);
+        return;
+    }
+    const bool hasFocus = RichTextBox1->hasFocus();
+    RichTextBox1->setLocked(false);
+    CoolBar1->show();
+    RichTextBox1->setFocus();
+    if (isUntouched()) {
+        RichTextBox1->selectAll();
+    } else if (!hasFocus) {
+        RichTextBox1->moveCursor(QTextCursor::Start);
+    }
+    m_tools->UpdateFormatState();
+}
+
+void frmNotes::SaveChanges()
+{
+    if (TabStrip1->count() > 0) {
+        saveNotes(subjectFile(m_module.subject), selectedTopic(), RichTextBox1->rtf());
+    }
+    const bool toolsHadFocus = CoolBar1->isAncestorOf(focusWidget());
+    RichTextBox1->setLocked(true);
+    CoolBar1->hide();
+    if (toolsHadFocus) {
+        RichTextBox1->setFocus();
+    }
+    m_closing.forgetFailure();
+}
+
+void frmNotes::myHelp()
+{
+    showHelp(this, HelpContext::EditingNotes);
+}
+
+// Cards and studies.
+
+void frmNotes::EditFlashCards()
+{
+    if (TabStrip1->count() == 0) {
+        showInformation(this, createTopicFirst, noTopics);
+        return;
+    }
+    m_module.study.cardQuery = cardsOfTopic(selectedTopic());
+    auto *editor = new frmEditCards(m_module, {selectedTopic(), Label1->text()}, this);
+    connect(editor, &frmEditCards::closed, this, guarded(this, &frmNotes::ShowTopic));
+    editor->show();
+}
+
 void frmNotes::study()
 {
-    playClick();
     auto *wizard = new frmOptions(m_module, this);
     connect(wizard, &QDialog::finished, this, guarded(this, &frmNotes::beginStudy));
     wizard->open();
@@ -247,16 +479,18 @@ void frmNotes::comeBack()
     activateWindow();
 }
 
-void frmNotes::keyPressEvent(QKeyEvent *event)
+void frmNotes::chooseBackground()
 {
-    if (event->modifiers() == Qt::AltModifier && event->key() == Qt::Key_S) {
-        Image1[Study]->click();
-    } else if (event->modifiers() == Qt::NoModifier && event->key() == Qt::Key_Escape) {
-        close();
-    } else {
-        NotebookPage::keyPressEvent(event);
+    const auto color = askColor(this, QStringLiteral("Background color"), paperColor());
+    if (!color) {
+        return;
     }
+    m_module.settings.write(QStringLiteral("Settings"), QStringLiteral("Color"),
+                            QString::number(numberOfColor(*color)));
+    applyBackground(*this, m_module.settings);
 }
+
+// Closing.
 
 void frmNotes::closeEvent(QCloseEvent *event)
 {
@@ -271,6 +505,9 @@ bool frmNotes::mayClose()
                            QStringLiteral("Stop Studying"))) {
     case Answer::Yes: openAnotherSubject(); return false;
     case Answer::No:
+        if (isEditing() && !m_closing.mayClose(this, [this] { SaveChanges(); })) {
+            return false;
+        }
         // By itself: a size that cannot be stored is no reason to stay.
         runGuarded(this, [this] { savePlacement(*this, m_module.settings, section); });
         return true;
@@ -283,7 +520,6 @@ void frmNotes::openAnotherSubject()
 {
     const auto readable = [this] { (void)listTopics(subjectFile(m_module.subject)); };
     auto *chooser = new frmOpen(m_module, readable, this);
-    chooser->setWindowFlag(Qt::Window);
     chooser->setWindowModality(Qt::WindowModal);
     connect(chooser, &frmOpen::closed, this, guarded(this, [this] {
                 if (!m_module.subject.path.isEmpty()) {

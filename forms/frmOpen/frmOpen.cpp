@@ -139,6 +139,11 @@ void frmOpen::chooseOption()
 void frmOpen::confirm()
 {
     playClick();
+    for (QRadioButton *option : Option1) {
+        if (option->isDown()) {
+            option->click(); // chosen by its key a moment ago, and still on its way down
+        }
+    }
     QScopedValueRollback<Subject> unlessShown(m_module.subject);
     if (Option1[NewSubject]->isChecked()) {
         takeNewSubject();

@@ -1,46 +1,24 @@
+#include "forms/frmEditCards/frmEditCards.h"
 #include "forms/frmFlashCard/frmFlashCard.h"
-#include "forms/frmNotes/frmNotes.h"
 #include "forms/frmOpen/frmOpen.h"
 #include "forms/frmOptions/frmOptions.h"
 #include "platform/ImageButton.h"
-#include "platform/RichTextBox.h"
-#include "platform/TabStrip.h"
+#include "platform/PaperPalette.h"
 #include "platform/Twips.h"
-#include "tests/support/WindowTest.h"
+#include "tests/forms/NotesTest.h"
 
-#include <QLabel>
+#include <QColorDialog>
 #include <QListWidget>
-#include <QPointer>
 
 namespace {
 
-class frmNotesTest : public WindowTest
+class frmNotesTest : public NotesTest
 {
 protected:
-    void TearDown() override
-    {
-        delete window;
-        WindowTest::TearDown();
-    }
-
-    void open()
-    {
-        window = new frmNotes(*module);
-        window->show();
-        ASSERT_TRUE(QTest::qWaitForWindowActive(window));
-    }
-
-    TabStrip &tabs() { return control<TabStrip>(*window, "TabStrip1"); }
-    void clickTab(int position) { QTest::mouseClick(&tabs(), Qt::LeftButton, {}, tabs().tabRect(position).center()); }
-    QString notes() { return control<RichTextBox>(*window, "RichTextBox1").toPlainText(); }
-    QString title() { return control<QLabel>(*window, "Label1").text(); }
-    QLabel &status() { return control<QLabel>(*window, "StatusBar1"); }
-    [[nodiscard]] bool isOpen() const { return !window.isNull() && window->isVisible(); }
-
     /// Studies the first topic as flash cards, by the wizard.
     void studyFirstTopic()
     {
-        click(*window, "Image1(4)");
+        run(Study);
         auto *wizard = visibleWindow<frmOptions>();
         ASSERT_NE(wizard, nullptr);
         auto &topics = control<QListWidget>(*wizard, "List1");
@@ -48,8 +26,6 @@ protected:
         click(*wizard, "cmdOK(2)");
         click(*wizard, "cmdOK(2)");
     }
-
-    QPointer<frmNotes> window;
 };
 
 TEST_F(frmNotesTest, OpensOnTheFirstTopicWithATabForEach)
@@ -94,15 +70,14 @@ TEST_F(frmNotesTest, ASubjectWithoutTopicsInvitesToCreateOne)
     EXPECT_EQ(title(), QStringLiteral("Create Topic..."));
     EXPECT_EQ(notes(), QString());
     EXPECT_FALSE(status().isVisible());
-    EXPECT_FALSE(control<RichTextBox>(*window, "RichTextBox1").isVisible());
+    EXPECT_FALSE(box().isVisible());
 }
 
 TEST_F(frmNotesTest, NotesAreReadOnly)
 {
     open();
-    auto &box = control<RichTextBox>(*window, "RichTextBox1");
-    box.setFocus();
-    QTest::keyClicks(&box, QStringLiteral("abc"));
+    box().setFocus();
+    type(QStringLiteral("abc"));
     EXPECT_EQ(notes(), QStringLiteral("Large notes..."));
 }
 
@@ -128,12 +103,11 @@ TEST_F(frmNotesTest, ItKeepsAMinimumSize)
 TEST_F(frmNotesTest, TheStatusLineStandsBelowTheNotesWithinTheTabsPage)
 {
     open();
-    const auto &box = control<RichTextBox>(*window, "RichTextBox1");
     const auto place = [&](const QWidget &widget) { return QRect(widget.mapTo(window, QPoint(0, 0)), widget.size()); };
-    EXPECT_GE(place(box).top(), place(tabs()).bottom());
-    EXPECT_GE(place(status()).top(), place(box).bottom());
+    EXPECT_GE(place(box()).top(), place(tabs()).bottom());
+    EXPECT_GE(place(status()).top(), place(box()).bottom());
     EXPECT_LE(place(status()).bottom(), window->height());
-    EXPECT_LE(place(box).right(), window->width());
+    EXPECT_LE(place(box()).right(), window->width());
 }
 
 TEST_F(frmNotesTest, EscapeAsksAndCancelLeavesEverythingAsItWas)
@@ -156,18 +130,17 @@ TEST_F(frmNotesTest, EscapeAtTheQuestionIsCancel)
     open();
     DialogAnswers answers;
     answers.key(Qt::Key_Escape);
-    click(*window, "Image1(7)");
+    run(Exit);
     EXPECT_TRUE(isOpen());
 }
 
 TEST_F(frmNotesTest, EscapeInTheNotesClosesTheWindowToo)
 {
     open();
-    auto &box = control<RichTextBox>(*window, "RichTextBox1");
-    box.setFocus();
+    box().setFocus();
     DialogAnswers answers;
     answers.press(QMessageBox::Cancel);
-    QTest::keyClick(&box, Qt::Key_Escape);
+    key(Qt::Key_Escape);
     EXPECT_EQ(answers.last().title, QStringLiteral("Stop Studying"));
 }
 
@@ -220,6 +193,20 @@ TEST_F(frmNotesTest, YesShowsTheChooserAndThenTheNewSubject)
     EXPECT_EQ(title(), QStringLiteral("Acids"));
 }
 
+TEST_F(frmNotesTest, TheFocusIsWhereItWasWhenTheChooserIsGone)
+{
+    open();
+    DialogAnswers answers;
+    answers.press(QMessageBox::Yes);
+    window->close();
+    auto *chooser = visibleWindow<frmOpen>();
+    ASSERT_NE(chooser, nullptr);
+    ASSERT_TRUE(QTest::qWaitForWindowActive(chooser));
+    QTest::keyClick(chooser->focusWidget(), Qt::Key_Escape);
+    settle();
+    EXPECT_EQ(window->focusWidget(), &tabs());
+}
+
 TEST_F(frmNotesTest, ASubjectThatCannotBeOpenedLeavesTheOldOneShown)
 {
     const QString bad = QString::fromStdString(folder.file("bad.crl").string());
@@ -260,9 +247,9 @@ TEST_F(frmNotesTest, StudyHidesTheWindowAndClosingTheSessionGivesItBack)
 TEST_F(frmNotesTest, AltSOpensTheStudyWizardWherever)
 {
     open();
-    for (QWidget *at : {static_cast<QWidget *>(&tabs()), &control<QWidget>(*window, "RichTextBox1")}) {
+    for (QWidget *at : {static_cast<QWidget *>(&tabs()), static_cast<QWidget *>(&box())}) {
         at->setFocus();
-        QTest::keyClick(at, Qt::Key_S, Qt::AltModifier);
+        key(Qt::Key_S, Qt::AltModifier);
         auto *wizard = visibleWindow<frmOptions>();
         ASSERT_NE(wizard, nullptr);
         EXPECT_TRUE(wizard->isModal());
@@ -277,26 +264,28 @@ TEST_F(frmNotesTest, TabGoesFromTheTopicsToTheNotesAndTheCommands)
 {
     open();
     QStringList visited;
-    for (int step = 0; step < 5; ++step) {
+    for (int step = 0; step < 12; ++step) {
         visited << window->focusWidget()->objectName();
-        QTest::keyClick(window->focusWidget(), Qt::Key_Tab);
+        key(Qt::Key_Tab);
     }
-    EXPECT_EQ(visited.join(QLatin1Char(' ')).toStdString(), "TabStrip1 RichTextBox1 Image1(4) Image1(7) TabStrip1");
+    EXPECT_EQ(visited.join(QLatin1Char(' ')).toStdString(),
+              "TabStrip1 RichTextBox1 Image1(0) Image1(1) Image1(2) Image1(8) Image1(3) Image1(4) Image1(5) Image1(6) "
+              "Image1(7) TabStrip1");
 }
 
 TEST_F(frmNotesTest, TheArrowKeysLeafThroughTheTopics)
 {
     open();
-    QTest::keyClick(window->focusWidget(), Qt::Key_Right);
+    key(Qt::Key_Right);
     EXPECT_EQ(title(), QStringLiteral("Small & tidy"));
-    QTest::keyClick(window->focusWidget(), Qt::Key_Left);
+    key(Qt::Key_Left);
     EXPECT_EQ(title(), QStringLiteral("Large"));
 }
 
 TEST_F(frmNotesTest, ATestIsDeclinedHonestlyUntilThereIsOne)
 {
     open();
-    click(*window, "Image1(4)");
+    run(Study);
     auto *wizard = visibleWindow<frmOptions>();
     ASSERT_NE(wizard, nullptr);
     auto &test = control<QAbstractButton>(*wizard, "Option1(1)");
@@ -310,6 +299,206 @@ TEST_F(frmNotesTest, ATestIsDeclinedHonestlyUntilThereIsOne)
     EXPECT_EQ(answers.last().title, QStringLiteral("Test"));
     EXPECT_TRUE(isOpen());
 }
+
+TEST_F(frmNotesTest, EditFlashCardsOpensTheEditorOnTheSelectedTopicAndCountsItsCardsAfterwards)
+{
+    open();
+    clickTab(1);
+    run(EditCards);
+    auto *editor = visibleWindow<frmEditCards>();
+    ASSERT_NE(editor, nullptr);
+    EXPECT_TRUE(editor->isModal());
+    EXPECT_EQ(editor->parentWidget(), window);
+    EXPECT_EQ(module->study.cardQuery, cardsOfTopic(small));
+    EXPECT_EQ(editor->windowTitle(), QStringLiteral("Edit Flash Cards: Small & tidy (Card 1 of 4)"));
+
+    auto &front = control<RichTextBox>(*editor, "RichTextBox1(0)");
+    QTest::keyClick(&front, Qt::Key_Insert, Qt::AltModifier);
+    QTest::keyClicks(&front, QStringLiteral("a fifth card"));
+    QTest::keyClick(&front, Qt::Key_Escape);
+    EXPECT_EQ(visibleWindow<frmEditCards>(), nullptr);
+    EXPECT_EQ(title(), QStringLiteral("Small & tidy"));
+    EXPECT_EQ(status().text(), QStringLiteral("This topic has 5 flash cards."));
+    EXPECT_EQ(readTopic(file, small).cardCount, 5);
+}
+
+TEST_F(frmNotesTest, ATopicHasNoCardsWhenItsEditorIsLeftWithoutTyping)
+{
+    open();
+    clickTab(2);
+    key(Qt::Key_F, Qt::AltModifier);
+    auto *editor = visibleWindow<frmEditCards>();
+    ASSERT_NE(editor, nullptr);
+    EXPECT_EQ(editor->windowTitle(), QStringLiteral("Edit Flash Cards: Empty (Card 1 of 1)"));
+    QTest::keyClick(&control<RichTextBox>(*editor, "RichTextBox1(0)"), Qt::Key_Escape);
+    EXPECT_EQ(visibleWindow<frmEditCards>(), nullptr);
+    EXPECT_EQ(status().text(), QStringLiteral("This topic has no flash cards."));
+}
+
+/// The next dialog is the colour dialog: enter this colour, and press \p last.
+DialogAnswers::Act takeColor(const QString &name, Qt::Key last)
+{
+    return [name, last](QWidget &dialog) {
+        auto *colors = qobject_cast<QColorDialog *>(&dialog);
+        ASSERT_NE(colors, nullptr) << "the dialog is no colour dialog";
+        EXPECT_EQ(colors->objectName(), QStringLiteral("CommonDialog1"));
+        for (auto *field : colors->findChildren<QLineEdit *>()) {
+            if (field->text().startsWith(QLatin1Char('#'))) {
+                field->selectAll();
+                QTest::keyClicks(field, name);
+            }
+        }
+        ASSERT_EQ(colors->currentColor(), QColor(name));
+        QTest::keyClick(colors, last);
+    };
+}
+
+TEST_F(frmNotesTest, ABackgroundColorIsStoredBlueGreenRedAndColorsThePageAtOnce)
+{
+    open();
+    DialogAnswers answers;
+    answers.act(takeColor(QStringLiteral("#ffee80"), Qt::Key_Return));
+    run(BackgroundColor);
+    EXPECT_EQ(setting("Settings", "Color"), QStringLiteral("8449791")); // 0x80eeff
+    EXPECT_EQ(window->paperColor(), QColor(QStringLiteral("#ffee80")));
+}
+
+TEST_F(frmNotesTest, TheColorDialogBeginsWithTheBackgroundAndCancelLeavesIt)
+{
+    module->settings.write(QStringLiteral("Settings"), QStringLiteral("Color"), QStringLiteral("13434828"));
+    open();
+    const QColor before = window->paperColor();
+    ASSERT_EQ(numberOfColor(before), 13434828);
+    DialogAnswers answers;
+    QColor offered;
+    answers.act([&](QWidget &dialog) {
+        offered = qobject_cast<QColorDialog *>(&dialog)->currentColor();
+        takeColor(QStringLiteral("#102030"), Qt::Key_Escape)(dialog);
+    });
+    run(BackgroundColor);
+    EXPECT_EQ(offered, before);
+    EXPECT_EQ(setting("Settings", "Color"), QStringLiteral("13434828"));
+    EXPECT_EQ(window->paperColor(), before);
+}
+
+TEST_F(frmNotesTest, CancellingTheFirstColorStoresNone)
+{
+    open();
+    DialogAnswers answers;
+    answers.key(Qt::Key_Escape);
+    run(BackgroundColor);
+    EXPECT_EQ(setting("Settings", "Color"), QString());
+}
+
+TEST_F(frmNotesTest, AColorThatCannotBeStoredIsReportedAndThePageKeepsItsOwn)
+{
+    open();
+    const QColor before = window->paperColor();
+    blockSettings();
+    DialogAnswers answers;
+    answers.act(takeColor(QStringLiteral("#102030"), Qt::Key_Return)).press(QMessageBox::Ok);
+    run(BackgroundColor);
+    EXPECT_EQ(answers.last().icon, QMessageBox::Critical);
+    EXPECT_EQ(window->paperColor(), before);
+}
+
+TEST_F(frmNotesTest, HelpSpeaksOfTheMainWindow)
+{
+    open();
+    DialogAnswers answers;
+    answers.press(QMessageBox::Ok);
+    run(Help);
+    EXPECT_EQ(answers.last().title, QStringLiteral("Help"));
+    EXPECT_EQ(answers.last().icon, QMessageBox::Information);
+    EXPECT_TRUE(answers.last().text.contains(QStringLiteral("the main window"))) << answers.last().text.toStdString();
+}
+
+TEST_F(frmNotesTest, TheToolsHelpSpeaksOfEditingNotesAndEditingGoesOn)
+{
+    open();
+    run(Edit);
+    DialogAnswers answers;
+    answers.press(QMessageBox::Ok);
+    click(*window, "Toolbar1(9)");
+    EXPECT_EQ(answers.last().title, QStringLiteral("Help"));
+    EXPECT_TRUE(answers.last().text.contains(QStringLiteral("editing notes"))) << answers.last().text.toStdString();
+    EXPECT_TRUE(isEditing());
+}
+
+/// A control that the keys are pressed in.
+struct FocusPlace
+{
+    const char *name;
+    const char *control;
+};
+
+class frmNotesKeys : public NotesTest, public testing::WithParamInterface<FocusPlace>
+{
+};
+
+TEST_P(frmNotesKeys, AltAndALetterRunTheCommands)
+{
+    open();
+    const auto altKey = [&](int letter) {
+        control<QWidget>(*window, GetParam().control).setFocus();
+        key(letter, Qt::AltModifier);
+    };
+    {
+        DialogAnswers answers;
+        answers.act(answer({}, Qt::Key_Escape));
+        altKey(Qt::Key_N);
+    }
+    EXPECT_EQ(asked.title, QStringLiteral("New Topic"));
+    {
+        DialogAnswers answers;
+        answers.act(answer({}, Qt::Key_Escape));
+        altKey(Qt::Key_R);
+    }
+    EXPECT_EQ(asked.title, QStringLiteral("Rename Topic"));
+    {
+        DialogAnswers answers;
+        answers.press(QMessageBox::No);
+        altKey(Qt::Key_D);
+        EXPECT_EQ(answers.last().title, QStringLiteral("Delete Topic"));
+    }
+    altKey(Qt::Key_F);
+    auto *editor = visibleWindow<frmEditCards>();
+    ASSERT_NE(editor, nullptr);
+    editor->close();
+    altKey(Qt::Key_S);
+    auto *wizard = visibleWindow<frmOptions>();
+    ASSERT_NE(wizard, nullptr);
+    QTest::keyClick(wizard, Qt::Key_Escape);
+    altKey(Qt::Key_E);
+    EXPECT_TRUE(isEditing());
+}
+
+TEST_P(frmNotesKeys, OtherKeysAndOtherModifiersRunNothing)
+{
+    open();
+    const DialogAnswers none;
+    for (const int letter : {Qt::Key_N, Qt::Key_R, Qt::Key_D, Qt::Key_S, Qt::Key_E, Qt::Key_F}) {
+        for (const Qt::KeyboardModifiers modifiers :
+             {Qt::KeyboardModifiers(), Qt::ShiftModifier | Qt::AltModifier, Qt::ControlModifier | Qt::AltModifier,
+              Qt::KeyboardModifiers(Qt::MetaModifier)}) {
+            control<QWidget>(*window, GetParam().control).setFocus();
+            key(letter, modifiers);
+        }
+    }
+    for (const int letter : {Qt::Key_B, Qt::Key_H, Qt::Key_X, Qt::Key_1}) {
+        key(letter, Qt::AltModifier);
+    }
+    key(Qt::Key_Escape, Qt::ShiftModifier);
+    EXPECT_FALSE(isEditing());
+    EXPECT_EQ(visibleWindow<frmEditCards>(), nullptr);
+    EXPECT_EQ(visibleWindow<frmOptions>(), nullptr);
+    EXPECT_EQ(storedText(large), QStringLiteral("Large notes..."));
+}
+
+INSTANTIATE_TEST_SUITE_P(Wherever, frmNotesKeys,
+                         testing::Values(FocusPlace{"Topics", "TabStrip1"}, FocusPlace{"Notes", "RichTextBox1"},
+                                         FocusPlace{"Command", "Image1(0)"}),
+                         [](const auto &row) { return row.param.name; });
 
 TEST_F(frmNotesTest, ATopicDeletedMeanwhileIsReportedAndShowsNothingOfAnother)
 {

@@ -400,6 +400,21 @@ TEST_F(frmOpenTest, SettingsThatCannotBeWrittenAreReportedAndTheChooserIsUsableA
     EXPECT_FALSE(isOpen());
 }
 
+TEST_F(frmOpenTest, EnterDirectlyAfterAnOptionsKeyActsOnThatOption)
+{
+    open();
+    QString asked;
+    DialogAnswers answers;
+    answers.act([&](QWidget &dialog) {
+        asked = dialog.windowTitle();
+        QTest::keyClick(&dialog, Qt::Key_Escape);
+    });
+    QTest::keyClick(window, Qt::Key_N, Qt::AltModifier);
+    QTest::keyClick(window, Qt::Key_Return);
+    EXPECT_EQ(asked, QStringLiteral("New Subject"));
+    window->close();
+}
+
 TEST_F(frmOpenTest, ItCanBeUsedByTheKeyboardAlone)
 {
     storeRecent(0, chosen);

@@ -2,6 +2,7 @@
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QDialog>
 #include <QDialogButtonBox>
 #include <QMessageBox>
 #include <QPushButton>
@@ -97,8 +98,8 @@ public:
 private:
     void look()
     {
-        QWidget *dialog = QApplication::activeModalWidget();
-        // A wizard or chooser is driven by the test itself.
+        auto *dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget()); // not a modal page
+        // A wizard is driven by the test itself.
         const bool message = qobject_cast<QMessageBox *>(dialog) != nullptr;
         if (dialog == nullptr || !dialog->isVisible() || (!message && m_acts.empty())) {
             return;
