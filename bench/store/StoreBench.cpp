@@ -2,6 +2,9 @@
 // engine's C API, prepared once. Both sides of a pair run in turn, so that a
 // busy machine slows both; the table shows medians.
 
+#include "bench/support/BareEngine.h"
+#include "bench/support/LargeSubject.h"
+#include "bench/support/Measure.h"
 #include "store/Schema.h"
 #include "store/Statements.h"
 #include "store/SubjectStore.h"
@@ -24,71 +27,7 @@ namespace {
 
 constexpr int rounds = 11;
 constexpr double shortestSample = 20'000; // us
-constexpr int bytesPerSide = 298;
 constexpr int autoCommits = 50;
-
-void require(bool holds, const char *what)
-{
-    if (holds) {
-        return;
-    }
-    std::fprintf(stderr, "%s\n", what);
-    std::exit(EXIT_FAILURE);
-}
-
-class BareStatement
-{
-public:
-    BareStatement(sqlite3 *engine, const std::string &sql)
-    {
-        require(sqlite3_prepare_v2(engine, sql.c_str(), -1, &m_statement, nullptr) == SQLITE_OK,
-                sqlite3_errmsg(engine));
-    }
-    BareStatement(const BareStatement &) = delete;
-    BareStatement &operator=(const BareStatement &) = delete;
-    ~BareStatement() { sqlite3_finalize(m_statement); }
-    operator sqlite3_stmt *() const { return m_statement; }
-
-private:
-    sqlite3_stmt *m_statement = nullptr;
-};
-
-class BareEngine
-{
-public:
-    explicit BareEngine(const fs::path &path, int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX)
-    {
-        require(sqlite3_open_v2(path.c_str(), &m_engine, flags, nullptr) == SQLITE_OK, "cannot open");
-        sqlite3_busy_timeout(m_engine, 500);
-    }
-    BareEngine(const BareEngine &) = delete;
-    BareEngine &operator=(const BareEngine &) = delete;
-    ~BareEngine() { sqlite3_close(m_engine); }
-    operator sqlite3 *() const { return m_engine; }
-
-    void run(const std::string &sql)
-    {
-        require(sqlite3_exec(m_engine, sql.c_str(), nullptr, nullptr, nullptr) == SQLITE_OK, sqlite3_errmsg(m_engine));
-    }
-
-private:
-    sqlite3 *m_engine = nullptr;
-};
-
-using Action = std::function<void()>;
-
-double microseconds(const Action &action)
-{
-    const auto start = std::chrono::steady_clock::now();
-    action();
-    return std::chrono::duration<double, std::micro>(std::chrono::steady_clock::now() - start).count();
-}
-
-double median(std::vector<double> values)
-{
-    std::ranges::nth_element(values, values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2));
-    return values[values.size() / 2];
-}
 
 /// \p operations is how many of the thing one call does.
 void comparePair(const char *thing, int operations, const Action &store, const Action &bare)
@@ -117,26 +56,6 @@ void comparePair(const char *thing, int operations, const Action &store, const A
     std::fflush(stdout);
 }
 
-void fillSubject(const fs::path &path, int cards)
-{
-    SubjectStore::create(path);
-    SubjectStore store(path);
-    Transaction transaction(store);
-    RecordSet set = store.openRecordSet(cardsOfTopic(1));
-    std::mt19937 random(1);
-    std::uniform_real_distribution<float> key(0.0F, 1.0F);
-    const std::string side(bytesPerSide, 'x');
-    for (int card = 0; card < cards; ++card) {
-        set.addNew();
-        set.setNumber(CardField::NIndex, 1);
-        set.setText(CardField::Front, side);
-        set.setText(CardField::Back, side);
-        set.setSingle(CardField::Shuffle, key(random));
-        set.update();
-    }
-    transaction.commit();
-}
-
 void createBare(const fs::path &path)
 {
     fs::remove(path);
@@ -151,32 +70,6 @@ void createBare(const fs::path &path)
         " isFront INTEGER NOT NULL DEFAULT 0, Answer INTEGER NOT NULL DEFAULT 0,"
         " Wrong1 INTEGER NOT NULL DEFAULT 0, Wrong2 INTEGER NOT NULL DEFAULT 0);"
         "COMMIT");
-}
-
-void openBare(const fs::path &path)
-{
-    BareEngine engine(path);
-    engine.run("BEGIN; PRAGMA application_id; PRAGMA user_version; PRAGMA page_count; PRAGMA page_size;");
-    BareStatement columns(engine, "SELECT c.name, c.type, c.pk FROM sqlite_schema AS t, pragma_table_info(t.name) AS c "
-                                  "WHERE t.type = 'table' AND t.name = ? COLLATE NOCASE ORDER BY c.cid");
-    for (const char *table : {"Topics", "FlashCards"}) {
-        sqlite3_bind_text(columns, 1, table, -1, SQLITE_STATIC);
-        while (sqlite3_step(columns) == SQLITE_ROW) {
-            ;
-        }
-        sqlite3_reset(columns);
-    }
-    engine.run("PRAGMA journal_mode; COMMIT; PRAGMA synchronous = FULL");
-}
-
-std::vector<int> keysOf(sqlite3_stmt *select)
-{
-    std::vector<int> keys;
-    while (sqlite3_step(select) == SQLITE_ROW) {
-        keys.push_back(sqlite3_column_int(select, 0));
-    }
-    sqlite3_reset(select);
-    return keys;
 }
 
 void stepOnce(sqlite3_stmt *statement)
@@ -366,7 +259,7 @@ void bench(const fs::path &folder, int cards)
 {
     const fs::path path = folder / "Subject.crl";
     const fs::path barePath = folder / "Bare.crl"; // of its own, so that neither side spoils the other's page cache
-    fillSubject(path, cards);
+    makeLargeSubject(path, cards);
     fs::copy_file(path, barePath, fs::copy_options::overwrite_existing);
 
     std::printf("| %-42s | %11s | %11s | %5s |\n", (std::to_string(cards) + " cards").c_str(), "store", "bare",
