@@ -1,5 +1,6 @@
 #include "app/Module1.h"
 #include "app/ProgramFiles.h"
+#include "forms/frmEditCards/frmEditCards.h"
 #include "forms/frmFlashCard/frmFlashCard.h"
 #include "forms/frmNotes/frmNotes.h"
 #include "forms/frmOpen/frmOpen.h"
@@ -9,7 +10,10 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QDir>
+#include <QFileDialog>
+#include <QInputDialog>
 #include <QLabel>
+#include <QLineEdit>
 #include <QListWidget>
 #include <QLoggingCategory>
 #include <QMessageBox>
@@ -45,6 +49,7 @@ Window &visible()
 {
     for (QWidget *widget : QApplication::topLevelWidgets()) {
         if (auto *window = qobject_cast<Window *>(widget); window && window->isVisible()) {
+            window->activateWindow(); // without a screen nobody does when a dialog closes
             expect(QTest::qWaitForWindowActive(window), "the window comes to the front");
             return *window;
         }
@@ -70,11 +75,36 @@ void clickItem(QListWidget &list, int row)
     QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, list.visualItemRect(list.item(row)).center());
 }
 
+/// Does \p act as soon as a command has opened its dialog.
+template <class Act>
+void withDialog(Act act)
+{
+    QTimer::singleShot(0, qApp, act);
+}
+
+void answer(QMessageBox::StandardButton button)
+{
+    QTest::mouseClick(visible<QMessageBox>().button(button), Qt::LeftButton);
+}
+
+/// Types where the caret is.
+void type(const QWidget &window, const QString &text)
+{
+    QTest::keyClicks(window.focusWidget(), text);
+}
+
+void press(const QWidget &window, Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier)
+{
+    QTest::keyClick(window.focusWidget(), key, modifiers);
+}
+
 class Tour
 {
 public:
-    explicit Tour(QString folder)
+    /// Pictures go to \p folder, a subject of the tour's own to \p home.
+    Tour(QString folder, const QString &home)
         : m_folder(std::move(folder))
+        , m_home(home)
     {
         expect(QDir().mkpath(m_folder), "the folder for the pictures can be made");
     }
@@ -83,12 +113,16 @@ public:
     void readNotes();
     void setUpStudy();
     void turnCards();
+    void beginSubject();
+    void writeNotes();
+    void writeCards();
     void leave();
 
 private:
     void picture(QWidget &window, const char *name, const char *caption);
 
     QString m_folder;
+    QDir m_home;
     Module1 m_module;
     int m_pictures = 0;
 };
@@ -159,17 +193,100 @@ void Tour::turnCards()
     QTest::keyClick(&session, Qt::Key_Escape);
 }
 
+void Tour::beginSubject()
+{
+    auto &window = visible<frmNotes>();
+    withDialog([&] {
+        expect(visible<QMessageBox>().windowTitle() == QStringLiteral("Stop Studying"),
+               "leaving asks whether to open another subject");
+        answer(QMessageBox::Yes);
+    });
+    QTest::keyClick(&window, Qt::Key_Escape);
+
+    auto &chooser = visible<frmOpen>();
+    click(chooser, "Image1(0)");
+    withDialog([this] {
+        auto &name = control<QLineEdit>(visible<QFileDialog>(), "fileNameEdit");
+        name.setText(m_home.filePath(QStringLiteral("Weather.crl")));
+        QTest::keyClick(&name, Qt::Key_Return);
+    });
+    QTest::keyClick(&chooser, Qt::Key_Return);
+    expect(window.windowTitle() == QStringLiteral("Cramlet: Weather"), "the main window shows the new subject");
+}
+
+void Tour::writeNotes()
+{
+    auto &window = visible<frmNotes>();
+    withDialog([] {
+        auto &question = visible<QInputDialog>();
+        expect(question.textValue() == QStringLiteral("Chapter 1"), "a name for the first topic is offered");
+        question.setTextValue(QStringLiteral("Clouds"));
+        QTest::keyClick(&question, Qt::Key_Return);
+    });
+    QTest::keyClick(&window, Qt::Key_N, Qt::AltModifier);
+
+    auto &notes = control<RichTextBox>(window, "RichTextBox1");
+    QTest::keyClick(&window, Qt::Key_E, Qt::AltModifier);
+    expect(!notes.isLocked() && control<QWidget>(window, "CoolBar1").isVisible(), "the notes can be edited");
+    press(window, Qt::Key_A, Qt::AltModifier);
+    press(window, Qt::Key_B, Qt::ControlModifier);
+    for (int larger = 0; larger < 4; ++larger) {
+        press(window, Qt::Key_Period, Qt::ControlModifier);
+    }
+    type(window, QStringLiteral("Clouds"));
+    press(window, Qt::Key_Return);
+    press(window, Qt::Key_A, Qt::AltModifier);
+    press(window, Qt::Key_A, Qt::AltModifier);
+    press(window, Qt::Key_B, Qt::ControlModifier);
+    for (int smaller = 0; smaller < 3; ++smaller) {
+        press(window, Qt::Key_Comma, Qt::ControlModifier);
+    }
+    type(window, QStringLiteral("A cloud is water that floats. How high it floats is in its name:"));
+    press(window, Qt::Key_Return);
+    press(window, Qt::Key_L, Qt::ControlModifier);
+    for (const char *line : {"stratus: low, a grey blanket", "alto...: in the middle", "cirrus: high, made of ice"}) {
+        type(window, QString::fromLatin1(line));
+        press(window, Qt::Key_Return);
+    }
+    press(window, Qt::Key_I, Qt::ControlModifier);
+    type(window, QStringLiteral("nimbus means rain"));
+    picture(window, "notes-editor", "Notes are written with formats of all kinds.");
+    press(window, Qt::Key_Escape);
+    expect(notes.isLocked() && notes.toPlainText().contains(QStringLiteral("nimbus")), "Escape stores the notes");
+}
+
+void Tour::writeCards()
+{
+    auto &window = visible<frmNotes>();
+    QTest::keyClick(&window, Qt::Key_F, Qt::AltModifier);
+    auto &editor = visible<frmEditCards>();
+    editor.resize(760, 560);
+    expect(editor.windowTitle().endsWith(QStringLiteral("(Card 1 of 1)")), "a topic without cards opens on a new one");
+    type(editor, QStringLiteral("Which clouds are made of ice?"));
+    press(editor, Qt::Key_Down, Qt::AltModifier);
+    type(editor, QStringLiteral("Cirrus"));
+    press(editor, Qt::Key_Right, Qt::AltModifier);
+    expect(editor.windowTitle().endsWith(QStringLiteral("(Card 2 of 2)")), "next goes on to a new card");
+    press(editor, Qt::Key_Period, Qt::ControlModifier);
+    press(editor, Qt::Key_Period, Qt::ControlModifier);
+    type(editor, QStringLiteral("What does "));
+    press(editor, Qt::Key_B, Qt::ControlModifier);
+    type(editor, QStringLiteral("nimbus"));
+    press(editor, Qt::Key_B, Qt::ControlModifier);
+    type(editor, QStringLiteral(" mean?"));
+    press(editor, Qt::Key_Down, Qt::AltModifier);
+    type(editor, QStringLiteral("Rain"));
+    picture(editor, "card-editor", "The card editor shows both sides of a card.");
+    press(editor, Qt::Key_Escape);
+    expect(control<QLabel>(window, "StatusBar1").text() == QStringLiteral("This topic has 2 flash cards."),
+           "the main window counts the cards that were written");
+}
+
 void Tour::leave()
 {
     auto &window = visible<frmNotes>();
-    bool asked = false;
-    QTimer::singleShot(0, &window, [&] {
-        auto &question = visible<QMessageBox>();
-        asked = question.windowTitle() == QStringLiteral("Stop Studying");
-        QTest::mouseClick(question.button(QMessageBox::No), Qt::LeftButton);
-    });
+    withDialog([] { answer(QMessageBox::No); });
     QTest::keyClick(&window, Qt::Key_Escape);
-    expect(asked, "leaving asks whether to open another subject");
     expect(!window.isVisible(), "the main window closes");
 }
 
@@ -189,11 +306,14 @@ int main(int argc, char **argv)
     const QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
     try {
-        Tour tour(argc > 1 ? QString::fromLocal8Bit(argv[1]) : QStringLiteral("tour"));
+        Tour tour(argc > 1 ? QString::fromLocal8Bit(argv[1]) : QStringLiteral("tour"), home.path());
         tour.chooseSubject();
         tour.readNotes();
         tour.setUpStudy();
         tour.turnCards();
+        tour.beginSubject();
+        tour.writeNotes();
+        tour.writeCards();
         tour.leave();
     } catch (const std::exception &surprise) {
         std::fprintf(stderr, "The tour ended early. It expected: %s\n", surprise.what());
