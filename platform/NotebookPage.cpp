@@ -6,8 +6,11 @@
 
 #include <QFont>
 #include <QGuiApplication>
+#include <QHash>
+#include <QImage>
 #include <QPainter>
 #include <QPainterPath>
+#include <QtMath>
 
 namespace {
 
@@ -56,19 +59,25 @@ private:
     QSizeF m_size;  ///< in pixels
 };
 
-void PagePainter::ringHole(const QRectF &twips)
+/// Paints a punched hole. Smooth round things take long: each scale gets one image for all holes.
+QImage paintRingHole(double size, double scale)
 {
-    const QRectF hole = inPixels(twips).adjusted(0.5, 0.5, -0.5, -0.5);
-    m_painter.setRenderHint(QPainter::Antialiasing);
+    const int edge = qCeil((size + 2) * scale); // the light falls beside it
+    QImage image(edge, edge, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    painter.scale(scale, scale);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const QRectF hole(0.5, 0.5, size - 1, size - 1);
 
     // The paper's edge catches the light from above on the far side.
-    m_painter.setPen(QPen(QColor(255, 255, 255, 110), 1.5));
-    m_painter.setBrush(Qt::NoBrush);
-    m_painter.drawEllipse(hole.translated(0.5, 1.0));
+    painter.setPen(QPen(QColor(255, 255, 255, 110), 1.5));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawEllipse(hole.translated(0.5, 1.0));
 
-    m_painter.setPen(Qt::NoPen);
-    m_painter.setBrush(QColor(0x6f, 0x5a, 0x46)); // the desk
-    m_painter.drawEllipse(hole);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(QColor(0x6f, 0x5a, 0x46)); // the desk
+    painter.drawEllipse(hole);
 
     // The paper's shadow on the desk.
     QRadialGradient shadow(hole.center() + QPointF(hole.width() * 0.12, hole.height() * 0.20), hole.width() * 0.66);
@@ -76,9 +85,23 @@ void PagePainter::ringHole(const QRectF &twips)
     shadow.setColorAt(0.55, QColor(0, 0, 0, 40));
     shadow.setColorAt(0.80, QColor(0, 0, 0, 130));
     shadow.setColorAt(1.00, QColor(0, 0, 0, 190));
-    m_painter.setBrush(shadow);
-    m_painter.setPen(QPen(Qt::black, 1));
-    m_painter.drawEllipse(hole);
+    painter.setBrush(shadow);
+    painter.setPen(QPen(Qt::black, 1));
+    painter.drawEllipse(hole);
+    return image;
+}
+
+void PagePainter::ringHole(const QRectF &twips)
+{
+    static QHash<int, QImage> images; // by their edge in device pixels
+    const QRectF place = inPixels(twips);
+    const double scale = m_painter.deviceTransform().m11();
+    QImage &image = images[qRound(place.width() * scale)];
+    if (image.isNull()) {
+        image = paintRingHole(place.width(), scale);
+    }
+    const QRectF area(place.topLeft(), QSizeF(image.size()) / scale);
+    m_painter.drawImage(onDevicePixels(m_painter, area), image);
 }
 
 void PagePainter::spiralHole(const QRectF &twips)

@@ -5,9 +5,42 @@
 #include <QPainter>
 #include <QPainterPath>
 
+#include <algorithm>
+#include <utility>
+
 namespace {
 
 constexpr qreal cornerRadius = 8;
+
+void fillRounded(QPainter &painter, const QRectF &area, qreal radius, const QBrush &brush)
+{
+    QPainterPath path;
+    path.addRoundedRect(area, radius, radius);
+    painter.fillPath(path, brush);
+}
+
+/// Draws what is seen of the shadow of \p paper, whose corners have \p radius. A
+/// smooth shape takes the longer the higher it is, so only the corners are some.
+void drawShadow(QPainter &painter, const QRectF &paper, qreal radius)
+{
+    constexpr qreal end = cornerRadius + PaperSheet::shadowDepth;
+    const auto colorOf = [](int depth) { return QColor(0, 0, 0, 8 + 5 * (PaperSheet::shadowDepth - depth)); };
+    const QRectF belowHalf(paper.left(), paper.bottom() - end, paper.width() + end, 2 * end);
+    const QRectF below(paper.left(), paper.bottom() - 2 * end, paper.width(), 2 * end);
+    const QRectF cornerHalf(paper.right() - end, paper.top(), 2 * end, end);
+    const QRectF corner(paper.right() - 2 * end, paper.top(), 2 * end, 2 * end);
+    for (const auto &[half, shape] : {std::pair(belowHalf, below), std::pair(cornerHalf, corner)}) {
+        painter.setClipRect(half);
+        for (int depth = PaperSheet::shadowDepth; depth > 0; --depth) {
+            fillRounded(painter, shape.translated(depth / 2.0, depth), radius, colorOf(depth));
+        }
+    }
+    painter.setClipping(false);
+    for (int depth = PaperSheet::shadowDepth; depth > 0; --depth) {
+        const QRectF side(paper.right(), cornerHalf.bottom(), depth / 2.0, belowHalf.top() - cornerHalf.bottom());
+        painter.fillRect(onDevicePixels(painter, side), colorOf(depth));
+    }
+}
 
 } // namespace
 
@@ -31,28 +64,10 @@ void PaperSheet::paintEvent(QPaintEvent * /*event*/)
     painter.setRenderHint(QPainter::Antialiasing);
     const double line = hairline(painter);
     const QRectF sheet = onDevicePixels(painter, rect().adjusted(0, 0, -shadowDepth, -shadowDepth));
-    const QRectF outline = sheet.adjusted(line / 2, line / 2, -line / 2, -line / 2);
-
-    QPainterPath paper;
-    QPainterPath border;
-    if (m_shape == Shape::IndexCard) {
-        paper.addRoundedRect(outline, cornerRadius, cornerRadius);
-        border = paper;
-    } else {
-        paper.addRect(sheet);
-        border.moveTo(outline.left(), sheet.top()); // the tabs draw the line above
-        border.lineTo(outline.bottomLeft());
-        border.lineTo(outline.bottomRight());
-        border.lineTo(outline.right(), sheet.top());
-    }
-
-    painter.setPen(Qt::NoPen);
-    for (int depth = shadowDepth; depth > 0; --depth) {
-        painter.setBrush(QColor(0, 0, 0, 8 + 5 * (shadowDepth - depth)));
-        painter.drawPath(paper.translated(depth / 2.0, depth));
-    }
-    painter.fillPath(paper, palette().base());
-    painter.setBrush(Qt::NoBrush);
-    painter.setPen(QPen(palette().color(QPalette::Dark), line));
-    painter.drawPath(border);
+    const bool isCard = m_shape == Shape::IndexCard;
+    const qreal radius = isCard ? cornerRadius : 0;
+    drawShadow(painter, sheet, radius);
+    fillRounded(painter, sheet, radius, palette().dark());
+    const QRectF withinBorder = sheet.adjusted(line, isCard ? line : 0, -line, -line); // the tabs draw the line above
+    fillRounded(painter, withinBorder, std::max(0.0, radius - line), palette().base());
 }

@@ -20,12 +20,10 @@ constexpr int oneStepOfTheWheel = 120; // eighths of a degree
 FontBox::FontBox(QWidget *parent, Before before, int letters)
     : QComboBox(parent)
     , m_before(before)
+    , m_letters(letters)
 {
     setFocusPolicy(Qt::StrongFocus); // the wheel does not give it
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
-    setSizeAdjustPolicy(AdjustToMinimumContentsLengthWithIcon); // does not measure the entries
-    setIconSize({0, 0});
-    setMinimumContentsLength(letters);
     setMaxVisibleItems(20);
     setValues({});
     connect(this, &QComboBox::activated, this, [this] {
@@ -77,6 +75,15 @@ void FontBox::step(int by)
         setCurrentIndex(place);
         Q_EMIT chosen();
     }
+}
+
+/// Does not measure the entries.
+QSize FontBox::sizeHint() const
+{
+    QStyleOptionComboBox option;
+    initStyleOption(&option);
+    const QSize contents(m_letters * fontMetrics().horizontalAdvance(QLatin1Char('X')), fontMetrics().height() + 2);
+    return style()->sizeFromContents(QStyle::CT_ComboBox, &option, contents, this);
 }
 
 void FontBox::showPopup()

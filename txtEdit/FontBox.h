@@ -28,6 +28,8 @@ public:
     void step(int by);
 
     void showPopup() override;
+    [[nodiscard]] QSize sizeHint() const override;
+    [[nodiscard]] QSize minimumSizeHint() const override { return sizeHint(); }
 
 Q_SIGNALS:
     void chosen(); ///< the learner chose the current entry, which may be the empty one
@@ -42,6 +44,7 @@ private:
     [[nodiscard]] bool displays(const std::optional<QString> &value) const;
 
     Before m_before;
+    int m_letters;           ///< as many as are to have room
     bool m_isClosed = false; ///< a key of the closed box is being handled
     int m_wheel = 0;         ///< what the wheel has turned since the last step, in eighths of a degree
 };

@@ -72,6 +72,14 @@ constexpr QSize usualSize = {7296, 5064}; // twips
 
 const QString section = QStringLiteral("EditCards");
 
+/// Told apart from the card's own text.
+QFont captionFont()
+{
+    QFont font = notebookFont(9);
+    font.setBold(true);
+    return font;
+}
+
 } // namespace
 
 frmEditCards::frmEditCards(Module1 &module, const EditedTopic &topic, QWidget *owner)
@@ -99,7 +107,7 @@ frmEditCards::frmEditCards(Module1 &module, const EditedTopic &topic, QWidget *o
     Label1[back]->setText(QStringLiteral("Back (Answer)"));
     for (const std::size_t side : {front, back}) {
         m_sheets.at(side)->setShape(PaperSheet::Shape::IndexCard);
-        Label1.at(side)->setFont(notebookFont(12));
+        Label1.at(side)->setFont(captionFont());
         Label1.at(side)->setIndent(qRound(RichTextBox1.at(side)->document()->documentMargin()));
         Label1.at(side)->setBuddy(RichTextBox1.at(side));
         RichTextBox1.at(side)->setFrameShape(QFrame::NoFrame);

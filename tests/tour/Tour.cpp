@@ -50,7 +50,8 @@ Window &visible()
     for (QWidget *widget : QApplication::topLevelWidgets()) {
         if (auto *window = qobject_cast<Window *>(widget); window && window->isVisible()) {
             window->activateWindow(); // without a screen nobody does when a dialog closes
-            expect(QTest::qWaitForWindowActive(window), "the window comes to the front");
+            expect(QTest::qWaitFor([window] { return QApplication::activeWindow() == window; }),
+                   "the window comes to the front");
             return *window;
         }
     }
