@@ -2,11 +2,14 @@
 
 #include "platform/ImageButton.h"
 
+#include <QKeyEvent>
 #include <QString>
 #include <QWidget>
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
+#include <optional>
 #include <vector>
 
 /// Creates a child of \p parent whose objectName is \p name. The parent owns it.
@@ -51,6 +54,22 @@ void setFaces(const std::array<ImageButton *, N> &buttons, const std::array<Butt
         buttons[i]->setPicture(QString::fromLatin1(faces[i].picture));
         buttons[i]->setHint(QString::fromLatin1(faces[i].hint));
     }
+}
+
+/// A command of a window that Alt with a key gives.
+struct AltKey
+{
+    Qt::Key key;
+    int command;
+};
+
+/// The command that \p event gives by \p keys, if it is one: with Alt and no other modifier.
+template <std::size_t N>
+[[nodiscard]] std::optional<int> commandOf(const QKeyEvent &event, const std::array<AltKey, N> &keys)
+{
+    const auto found = std::ranges::find(keys, event.key(), &AltKey::key);
+    const bool isAlt = (event.modifiers() & ~Qt::KeypadModifier) == Qt::AltModifier;
+    return isAlt && found != keys.end() ? std::optional(found->command) : std::nullopt;
 }
 
 /// Makes Tab visit \p widgets in this order.

@@ -17,7 +17,6 @@
 #include <QKeyEvent>
 #include <QLabel>
 
-#include <algorithm>
 #include <vector>
 
 namespace {
@@ -46,12 +45,6 @@ constexpr std::array<ButtonFace, 7> faces{{
 constexpr std::array walkingGroup{First, Previous, Next, Last};
 constexpr std::array writingGroup{New, Delete};
 constexpr std::array windowGroup{Exit};
-
-struct AltKey
-{
-    Qt::Key key;
-    Command command;
-};
 
 constexpr std::array<AltKey, 6> altKeys{{
     {Qt::Key_Home, First},
@@ -235,19 +228,15 @@ bool frmEditCards::takeKey(const QKeyEvent &key)
         run(Exit);
         return true;
     }
-    if (modifiers != Qt::AltModifier) {
-        return false;
-    }
-    if (key.key() == Qt::Key_Up || key.key() == Qt::Key_Down) {
+    if (modifiers == Qt::AltModifier && (key.key() == Qt::Key_Up || key.key() == Qt::Key_Down)) {
         key.key() == Qt::Key_Up ? leaveBox(back, front) : leaveBox(front, back);
         return true;
     }
-    const auto *found = std::ranges::find(altKeys, key.key(), &AltKey::key);
-    if (found == altKeys.end()) {
-        return false;
+    const auto command = commandOf(key, altKeys);
+    if (command) {
+        run(*command);
     }
-    run(found->command);
-    return true;
+    return command.has_value();
 }
 
 /// Nothing happens in the other box.

@@ -27,7 +27,6 @@
 #include <QKeyEvent>
 #include <QLabel>
 
-#include <algorithm>
 #include <vector>
 
 namespace {
@@ -61,12 +60,6 @@ constexpr std::array topicGroup{Create, Rename, Delete};
 constexpr std::array writingGroup{Edit, EditCards};
 constexpr std::array studyGroup{Study};
 constexpr std::array programGroup{BackgroundColor, Help, Exit};
-
-struct AltKey
-{
-    Qt::Key key;
-    Command command;
-};
 
 constexpr std::array<AltKey, 6> altKeys{{
     {Qt::Key_N, Create},
@@ -259,9 +252,8 @@ bool frmNotes::takeKey(const QKeyEvent &key)
 
 void frmNotes::keyPressEvent(QKeyEvent *event)
 {
-    const auto *alt = std::ranges::find(altKeys, event->key(), &AltKey::key);
-    if (event->modifiers() == Qt::AltModifier && alt != altKeys.end()) {
-        runGuarded(this, [&] { run(alt->command); });
+    if (const auto command = commandOf(*event, altKeys)) {
+        runGuarded(this, [&] { run(*command); });
     } else if (event->modifiers() == Qt::NoModifier && event->key() == Qt::Key_Escape) {
         close();
     } else {
