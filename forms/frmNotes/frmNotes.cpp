@@ -311,14 +311,17 @@ void frmNotes::ShowTopic()
         StatusBar1->hide();
         return;
     }
-    RichTextBox1->clear(); // a topic that cannot be read shows nothing, not the one before
-    Label1->clear();
+    // A topic that cannot be read shows no notes, rather than those of the one before.
+    m_shown.clear();
+    RichTextBox1->clear();
+    Label1->setText(TabStrip1->keyedCaption(TabStrip1->currentIndex()));
     StatusBar1->hide();
     const TopicContents topic = readTopic(subjectFile(m_module.subject), selectedTopic());
     RichTextBox1->setRtf(topic.notes);
     Label1->setText(QString::fromStdString(topic.name));
     StatusBar1->setText(cardCountLine(topic.cardCount));
     StatusBar1->show();
+    m_shown = TabStrip1->selectedKey();
 }
 
 void frmNotes::CreateTopic()
@@ -368,6 +371,7 @@ void frmNotes::DeleteTopic()
 void frmNotes::takeSubject()
 {
     setWindowTitle(subjectCaption(m_module.subject));
+    TabStrip1->removeAllTabs(); // should the new ones not be readable, none of another subject stay
     LoadTopics();
 }
 
@@ -388,6 +392,9 @@ void frmNotes::EditNotes()
     if (TabStrip1->count() == 0) {
         showInformation(this, createTopicFirst, noTopics);
         return;
+    }
+    if (m_shown != TabStrip1->selectedKey()) {
+        ShowTopic(); // only notes that have been read may be written over
     }
     const bool hasFocus = RichTextBox1->hasFocus();
     RichTextBox1->setLocked(false);

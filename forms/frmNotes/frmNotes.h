@@ -84,4 +84,5 @@ private:
     Module1 &m_module;
     std::unique_ptr<txtEdit> m_tools;
     ClosingSave m_closing;
+    QString m_shown; ///< key of the tab whose notes the box holds; "" if they could not be read
 };

@@ -356,6 +356,27 @@ TEST_F(frmNotesFailures, ADeletionThatFailedHalfWayIsFinishedByTheNext)
     EXPECT_EQ(title(), QStringLiteral("Small & tidy"));
 }
 
+TEST_F(frmNotesFailures, NotesThatCouldNotBeReadAreNotWrittenOver)
+{
+    open();
+    DialogAnswers answers;
+    {
+        const Locked trouble(file);
+        answers.press(QMessageBox::Ok).press(QMessageBox::Ok);
+        clickTab(1);
+        EXPECT_EQ(notes(), QString());
+        EXPECT_EQ(title(), QStringLiteral("Small & tidy"));
+        run(Edit);
+        expectReport(answers.last());
+        EXPECT_FALSE(isEditing());
+    }
+    run(Edit);
+    EXPECT_TRUE(isEditing());
+    EXPECT_EQ(notes(), QStringLiteral("Small & tidy notes..."));
+    key(Qt::Key_Escape);
+    EXPECT_EQ(storedText(small), QStringLiteral("Small & tidy notes..."));
+}
+
 TEST_F(frmNotesFailures, NotesOfATopicThatIsGoneStayInTheBoxUntilAnotherTakesThem)
 {
     editLarge();
