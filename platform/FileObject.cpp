@@ -99,12 +99,6 @@ FileObject opened(QFile &file)
     return object.size == 0 ? refusedEmpty(object) : object;
 }
 
-/// Formats that sourceOfPictureFile() takes for drawings.
-bool isDrawing(const QByteArray &format)
-{
-    return format == "svg" || format == "svgz" || format == "pdf";
-}
-
 /// Notes in \p object whether \p file begins like a picture that can be shown.
 void lookForPicture(QIODevice &file, FileObject &object)
 {

@@ -127,15 +127,14 @@ QByteArray sourceOfPixels(const QImage &image, QSize limit, QSize shown, bool is
     return sourceOf(encoded(scaled, isPhoto), pixels, shown);
 }
 
-/// Formats that are programs of a kind, and may name files to be drawn in them.
+} // namespace
+
 bool isDrawing(const QByteArray &format)
 {
     constexpr auto drawings = std::to_array<std::string_view>({"svg", "svgz", "pdf"});
     return std::ranges::find(drawings, std::string_view(format.constData(), static_cast<std::size_t>(format.size()))) !=
            drawings.end();
 }
-
-} // namespace
 
 QByteArray sourceOfImage(const QImage &image, QSize limit)
 {

@@ -4,6 +4,10 @@
 #include <QImage>
 #include <QSize>
 
+/// Whether pictures of \p format (as QImageReader names it) are programs of a kind, and may
+/// name files to be drawn in them. Such a picture is not shown.
+[[nodiscard]] bool isDrawing(const QByteArray &format);
+
 /// The source (RtfObject.h) of \p image, scaled down to fit in \p limit (document
 /// units, 96 to the inch) if it is larger; an empty \p limit is none. Kept as png,
 /// or as jpg where nothing is transparent and that is much smaller. Empty if

@@ -136,13 +136,7 @@ void frmNotes::layOut()
     std::vector<QWidget *> inTabOrder;
     auto *commands = new QHBoxLayout;
     commands->setSpacing(toPixels(60));
-    const auto addGroup = [&](const auto &group) {
-        for (const Command command : group) {
-            commands->addWidget(Image1.at(command));
-            inTabOrder.push_back(Image1.at(command));
-        }
-        commands->addSpacing(toPixels(240));
-    };
+    const auto addGroup = [&](const auto &group) { addCommands(*commands, Image1, group, inTabOrder); };
     addGroup(topicGroup);
     addGroup(writingGroup);
     addGroup(studyGroup);

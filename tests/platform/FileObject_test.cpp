@@ -4,6 +4,7 @@
 #include "platform/RichTextBox.h"
 #include "platform/rtf/RtfObject.h"
 #include "platform/rtf/RtfObjectFormat.h"
+#include "tests/support/FilesInFolder.h"
 #include "tests/support/Pictures.h"
 #include "tests/support/Windows.h"
 
@@ -118,29 +119,7 @@ RtfObject read(const QByteArray &source)
     return readRtfObject({source.constData(), static_cast<std::size_t>(source.size())});
 }
 
-class FileObjects : public testing::Test
-{
-protected:
-    [[nodiscard]] QString path(const QString &name) const { return m_folder.filePath(name); }
-
-    QString make(const QString &name, const QByteArray &contents)
-    {
-        QFile file(path(name));
-        EXPECT_TRUE(file.open(QFile::WriteOnly));
-        EXPECT_EQ(file.write(contents), contents.size());
-        return path(name);
-    }
-
-    /// A file of \p size bytes that takes no room.
-    QString makeLarge(const QString &name, qint64 size)
-    {
-        QFile file(make(name, "x"));
-        EXPECT_TRUE(file.resize(size));
-        return file.fileName();
-    }
-
-    QTemporaryDir m_folder;
-};
+using FileObjects = FilesInFolder;
 
 // What files become.
 

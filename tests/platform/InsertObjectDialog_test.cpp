@@ -1,6 +1,7 @@
 #include "platform/FileObject.h"
 #include "platform/InsertObjectDialog.h"
 #include "platform/rtf/RtfObject.h"
+#include "tests/support/FilesInFolder.h"
 #include "tests/support/Pictures.h"
 #include "tests/support/Windows.h"
 
@@ -114,7 +115,7 @@ void choose(QFileDialog &files, const QString &name)
     QTest::keyClick(box, Qt::Key_Return);
 }
 
-class InsertObject : public testing::Test
+class InsertObject : public FilesInFolder
 {
 protected:
     InsertObject() { QGuiApplication::clipboard()->clear(); }
@@ -142,25 +143,6 @@ protected:
         settle();
         return source;
     }
-
-    [[nodiscard]] QString path(const QString &name) const { return m_folder.filePath(name); }
-
-    QString make(const QString &name, const QByteArray &contents)
-    {
-        QFile file(path(name));
-        EXPECT_TRUE(file.open(QFile::WriteOnly));
-        EXPECT_EQ(file.write(contents), contents.size());
-        return path(name);
-    }
-
-    QString makeLarge(const QString &name, qint64 size)
-    {
-        QFile file(make(name, "x"));
-        EXPECT_TRUE(file.resize(size));
-        return file.fileName();
-    }
-
-    QTemporaryDir m_folder;
 };
 
 // As it opens.
