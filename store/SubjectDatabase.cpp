@@ -127,6 +127,9 @@ public:
             leaveLog(engine);
         }
         engine.exec("PRAGMA synchronous = FULL");
+        if (m_hasJournal) {
+            clearJournal(engine);
+        }
         return std::move(m_result);
     }
 
@@ -160,6 +163,22 @@ private:
             requireKnownVersion(engine);
             requireTables(engine);
         } catch (const SQLite::Exception &) {
+        }
+    }
+
+    // A journal whose writer was killed before it touched the file undoes nothing,
+    // and reading leaves it there: only a write, of what stands there already, removes it.
+    void clearJournal(SQLite::Database &engine)
+    {
+        if (fileSize(sideFile(m_file, "-journal")) == 0) {
+            return;
+        }
+        try {
+            SQLite::Transaction transaction(engine, SQLite::TransactionBehavior::IMMEDIATE);
+            engine.exec("PRAGMA user_version = " + std::to_string(pragma(engine, "user_version")));
+            transaction.commit();
+        } catch (const SQLite::Exception &) {
+            // It belongs to a program that is writing now, or cannot be removed: no reason not to open.
         }
     }
 

@@ -312,6 +312,31 @@ TEST_F(ARefusedFile, IsNamedInTheError)
 
 using AnAcceptedFile = OpeningAFile;
 
+TEST_F(AnAcceptedFile, LosesAJournalThatItsWriterDidNotComeToUse)
+{
+    createCards(3);
+    const std::string whole = bytesOf(path);
+    killAfter("BEGIN; UPDATE FlashCards SET Marked = 1");
+    ASSERT_EQ(state().neighbours, (std::vector<std::string>{"Subject.crl", "Subject.crl-journal"}));
+    ASSERT_TRUE(bytesOf(path) == whole);
+    SubjectStore(path).close();
+    EXPECT_EQ(state().neighbours, std::vector<std::string>{"Subject.crl"});
+    EXPECT_EQ(askOther("SELECT count(*) FROM FlashCards WHERE Marked = 0"), "3");
+    EXPECT_EQ(askOther("PRAGMA user_version"), std::to_string(subjectSchemaVersion));
+}
+
+TEST_F(AnAcceptedFile, KeepsTheJournalOfAProgramThatIsWriting)
+{
+    createCards(3);
+    SQLite::Database other = otherProgram();
+    other.exec("BEGIN; UPDATE FlashCards SET Marked = 1");
+    ASSERT_EQ(state().neighbours, (std::vector<std::string>{"Subject.crl", "Subject.crl-journal"}));
+    SubjectStore(path).close();
+    EXPECT_EQ(state().neighbours, (std::vector<std::string>{"Subject.crl", "Subject.crl-journal"}));
+    other.exec("COMMIT");
+    EXPECT_EQ(askOther("SELECT count(*) FROM FlashCards WHERE Marked = 1"), "3");
+}
+
 TEST_F(AnAcceptedFile, IsNotChangedByOpeningAndReading)
 {
     createCards(3);
