@@ -1,5 +1,12 @@
 #pragma once
 
-/// Draws a number in [0, 1) from a generator that is seeded from the clock for
-/// this very draw. Two draws within one tick of the clock may be equal.
+#include "study/RandomDraw.h"
+
+// Chance that is seeded from the clock.
+
+/// A generator that is seeded now.
+[[nodiscard]] RandomDraw generatorSeededFromClock();
+
+/// Draws a number in [0, 1) from a generator that is seeded for this very draw.
+/// Two draws within one tick of the clock may be equal.
 [[nodiscard]] float drawSeededFromClock();

@@ -10,6 +10,7 @@ QString topicName(HelpContext context)
     case HelpContext::MainWindow: return QStringLiteral("the main window");
     case HelpContext::EditingNotes: return QStringLiteral("editing notes");
     case HelpContext::CardEditor: return QStringLiteral("the card editor");
+    case HelpContext::FlashCardSession: return QStringLiteral("flash-card sessions");
     }
     return {};
 }

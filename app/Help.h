@@ -7,6 +7,7 @@ enum class HelpContext : int {
     MainWindow = 5,
     EditingNotes = 6,
     CardEditor = 7,
+    FlashCardSession = 8,
 };
 
 /// Shows the help's topic \p context over \p window.

@@ -2,15 +2,17 @@
 
 #include "store/Schema.h"
 #include "store/Statements.h"
+#include "study/Marking.h"
+#include "study/Shuffling.h"
 
 #include <utility>
 
 FlashCardSession::FlashCardSession(const std::filesystem::path &subject, const StudySettings &settings, RandomDraw draw)
-    : m_store(subject)
+    : m_settings(settings)
+    , m_store(subject)
     , m_cards(m_store.openRecordSet(cardsInOrder(settings.cardQuery)))
-    , m_viewOrder(settings.viewOrder)
     , m_draw(std::move(draw))
-    , m_side(startingSide(m_viewOrder, m_draw))
+    , m_side(startingSide(settings.viewOrder, m_draw))
 {
     m_cards.moveLast();
     m_cards.moveFirst();
@@ -34,10 +36,46 @@ bool FlashCardSession::previous()
     return true;
 }
 
+void FlashCardSession::restart(const StudySettings &settings)
+{
+    m_settings.viewOrder = settings.viewOrder;
+    m_settings.timeSetting = settings.timeSetting;
+    reach(0);
+}
+
+bool FlashCardSession::shuffle(const RandomDraw &draw)
+{
+    std::optional<CardSet> shuffled = ::shuffle(m_store, m_cards, m_settings.cardQuery, draw);
+    if (!shuffled) {
+        return false;
+    }
+    m_cards = std::move(*shuffled);
+    reach(0);
+    return true;
+}
+
 void FlashCardSession::reach(int position)
 {
-    m_side = startingSide(m_viewOrder, m_draw);
+    showSide(startingSide(m_settings.viewOrder, m_draw));
     m_cards.setAbsolutePosition(position);
+}
+
+void FlashCardSession::showSide(Side side)
+{
+    m_side = side;
+    m_flipper.end();
+}
+
+void FlashCardSession::toggleMark()
+{
+    ::toggleMark(m_cards);
+}
+
+void FlashCardSession::tick()
+{
+    if (m_flipper.tick()) {
+        showSide(otherSide(m_side));
+    }
 }
 
 std::string FlashCardSession::text(Side side) const

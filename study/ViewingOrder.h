@@ -1,7 +1,8 @@
 #pragma once
 
+#include "study/RandomDraw.h"
+
 #include <cstdint>
-#include <functional>
 
 enum class Side : std::uint8_t { Front, Back };
 
@@ -9,9 +10,6 @@ enum class Side : std::uint8_t { Front, Back };
 {
     return side == Side::Front ? Side::Back : Side::Front;
 }
-
-/// Draws a number in [0, 1). Whoever supplies it decides how it is seeded.
-using RandomDraw = std::function<float()>;
 
 /// The side that a card shows when it is reached. \p draw is called once, and
 /// only for a random order.

@@ -23,6 +23,7 @@ TEST(Help, EveryTopicHasItsContextNumber)
     EXPECT_EQ(static_cast<int>(HelpContext::MainWindow), 5);
     EXPECT_EQ(static_cast<int>(HelpContext::EditingNotes), 6);
     EXPECT_EQ(static_cast<int>(HelpContext::CardEditor), 7);
+    EXPECT_EQ(static_cast<int>(HelpContext::FlashCardSession), 8);
 }
 
 TEST(Help, EveryTopicNamesItselfAndSaysWhereToLearnMore)
@@ -34,7 +35,8 @@ TEST(Help, EveryTopicNamesItselfAndSaysWhereToLearnMore)
     };
     for (const Topic &topic :
          {Topic{HelpContext::MainWindow, "the main window"}, Topic{HelpContext::EditingNotes, "editing notes"},
-          Topic{HelpContext::CardEditor, "the card editor"}}) {
+          Topic{HelpContext::CardEditor, "the card editor"},
+          Topic{HelpContext::FlashCardSession, "flash-card sessions"}}) {
         const SeenMessage shown = helpOn(topic.context);
         EXPECT_EQ(shown.title, QStringLiteral("Help"));
         EXPECT_EQ(shown.icon, QMessageBox::Information);
