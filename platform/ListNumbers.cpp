@@ -3,6 +3,7 @@
 #include "platform/rtf/RtfFormats.h"
 #include "platform/rtf/RtfListWriter.h"
 
+#include <QAbstractTextDocumentLayout>
 #include <QFontMetrics>
 #include <QPainter>
 #include <QScrollBar>
@@ -55,16 +56,17 @@ void paintMark(QPainter &painter, const QTextBlock &block, const QString &mark, 
         return;
     }
     const QTextCharFormat format = block.charFormat();
-    const QFont font(format.font().resolve(block.document()->defaultFont()), painter.device());
+    QPaintDevice *device = block.document()->documentLayout()->paintDevice();
+    const QFont font(format.font().resolve(block.document()->defaultFont()), device);
     // Whole units, as the document's layout reckons.
-    const QFontMetrics metrics(font, painter.device());
+    const QFontMetrics metrics(font, device);
     const QRectF line = paragraph.lineAt(0).naturalTextRect();
     const QPoint start = paragraph.position().toPoint() + line.topLeft().toPoint();
     const int gap = metrics.horizontalAdvance(QLatin1Char(' '));
     const bool toTheRight = block.textDirection() == Qt::RightToLeft;
     const double left = toTheRight ? start.x() + line.width() + gap : start.x() - gap - metrics.horizontalAdvance(mark);
 
-    QTextLayout layout(mark, font, painter.device());
+    QTextLayout layout(mark, font, device);
     QTextOption option(Qt::AlignLeft | Qt::AlignAbsolute);
     option.setTextDirection(block.textDirection());
     layout.setTextOption(option);

@@ -26,8 +26,9 @@ namespace {
 constexpr int bytesPerPixel = 4;
 constexpr int longestCaption = 200;
 
-// All in the painter's own pixels.
-constexpr double narrowestRoom = 16;
+constexpr double narrowestRoom = 16; ///< in the device's units
+
+// Of frames, all in document units.
 constexpr double smallestFrame = 4;
 constexpr double padding = 4;
 constexpr double narrowestCaption = 36;
@@ -38,15 +39,15 @@ constexpr double captionPoints = 9;
 constexpr float fillStrength = 0.06F; ///< of the ink on the paper
 
 /// How wide an object of the paragraph around \p position can be without reaching over the page's edge.
-double roomAt(const QTextDocument &document, int position, double pageWidth)
+double roomAt(const QTextDocument &document, int position, double pageWidth, double scale)
 {
     const QTextBlock block = document.findBlock(position);
     const QTextBlockFormat paragraph = block.blockFormat();
     const QTextList *list = block.textList();
     const int steps = paragraph.indent() + (list != nullptr ? list->format().indent() : 0);
     const double indents = paragraph.leftMargin() + paragraph.rightMargin() + std::max(0.0, paragraph.textIndent()) +
-                           steps * document.indentWidth();
-    return std::max(narrowestRoom, std::floor(pageWidth - 2 * document.documentMargin() - indents));
+                           steps * document.indentWidth() * scale;
+    return std::max(narrowestRoom, std::floor(pageWidth - 2 * document.documentMargin() * scale - indents));
 }
 
 /// \p area moved to the nearest device pixel. Its size in device pixels does not depend on where it is.
@@ -154,15 +155,15 @@ QSizeF ObjectPainter::intrinsicSize(QTextDocument *document, int position, const
 {
     const QSize twips = objectSizeOf(format);
     const RtfUnits units(*document);
-    const QSizeF size(units.fromTwips(twips.width()), units.fromTwips(twips.height()));
+    const QSizeF size(units.deviceFromTwips(twips.width()), units.deviceFromTwips(twips.height()));
 
     // The box keeps the page as wide as its viewport, and lays the text out again when it changes.
     const double page = document->pageSize().width();
-    const double room = roomAt(*document, position, page > 0 ? page : m_box.viewport()->width());
+    const double room = roomAt(*document, position, page > 0 ? page : m_box.viewport()->width(), units.scale());
     return size.width() <= room ? size : size * (room / size.width());
 }
 
-void ObjectPainter::drawObject(QPainter *painter, const QRectF &rect, QTextDocument *, int position,
+void ObjectPainter::drawObject(QPainter *painter, const QRectF &rect, QTextDocument *document, int position,
                                const QTextFormat &format)
 {
     const QRectF place = onWholePixels(*painter, rect);
@@ -185,7 +186,10 @@ void ObjectPainter::drawObject(QPainter *painter, const QRectF &rect, QTextDocum
         painter->fillRect(place, m_box.palette().color(QPalette::Base));
     }
     if (look.picture.isNull()) {
-        drawFrame(*painter, place, look);
+        const double scale = RtfUnits(*document).scale();
+        painter->translate(place.topLeft());
+        painter->scale(scale, scale);
+        drawFrame(*painter, {QPointF(), place.size() / scale}, look);
     } else {
         painter->setRenderHint(QPainter::SmoothPixmapTransform, look.picture.size() != pixels);
         painter->drawImage(place, look.picture);

@@ -8,6 +8,7 @@
 #include "platform/PaperFrame.h"
 #include "platform/PastedPicture.h"
 #include "platform/RichTextClipboard.h"
+#include "platform/TextMagnifier.h"
 #include "platform/rtf/RtfObjectFormat.h"
 #include "platform/rtf/RtfObjectParts.h"
 #include "platform/rtf/RtfReader.h"
@@ -22,6 +23,7 @@
 #include <QMenu>
 #include <QMimeData>
 #include <QPainter>
+#include <QScopedValueRollback>
 #include <QScreen>
 #include <QScrollBar>
 #include <QStringDecoder>
@@ -129,6 +131,7 @@ RichTextBox::RichTextBox(QWidget *parent)
     givePaperFrame(*this);
     viewport()->setMouseTracking(true);
     new ObjectPainter(*this);
+    m_magnifier = std::make_unique<TextMagnifier>(*this);
     // Only replacing the whole contents is done without undo.
     connect(document(), &QTextDocument::contentsChanged, this, [this] {
         if (!document()->isUndoRedoEnabled()) {
@@ -136,6 +139,8 @@ RichTextBox::RichTextBox(QWidget *parent)
         }
     });
 }
+
+RichTextBox::~RichTextBox() = default;
 
 // Contents.
 
@@ -146,7 +151,16 @@ std::string RichTextBox::rtf() const
 
 void RichTextBox::setRtf(const std::string &rtf)
 {
-    const auto error = readRtf(rtf, *document());
+    std::optional<RtfError> error;
+    {
+        std::optional<LayoutPause> pause;
+        if (m_leastTextSize > 0) {
+            pause.emplace(*document()); // how large the text is shown is known when it is there
+        }
+        error = readRtf(rtf, *document());
+        magnify();
+    }
+    center();
     document()->clearUndoRedoStacks();
     setTextCursor(QTextCursor(document()));
     verticalScrollBar()->setValue(0);
@@ -182,6 +196,7 @@ void RichTextBox::resetText(const QString &text)
 {
     setRtf({});
     setPlainText(text); // which takes the format at the caret
+    magnify();
 }
 
 void RichTextBox::setLocked(bool locked)
@@ -371,21 +386,55 @@ void RichTextBox::setCentered(bool centered)
         connect(document()->documentLayout(), &QAbstractTextDocumentLayout::documentSizeChanged, this,
                 &RichTextBox::center, Qt::UniqueConnection);
     }
+    setViewportMargins({});
     center();
 }
 
 void RichTextBox::center()
 {
-    const int room = contentsRect().height() - qCeil(document()->size().height());
-    setViewportMargins(0, m_centered ? qMax(0, room / 2) : 0, 0, 0);
+    // The margins themselves change the size of the text. A box is laid out once it is seen.
+    if (!m_centered || m_isCentering || !viewport()->isVisible()) {
+        return;
+    }
+    const QScopedValueRollback<bool> centering(m_isCentering, true);
+    setViewportMargins({}); // so that the text is laid out in the whole box
+    const double height = document()->size().height();
+    const QSizeF room = contentsRect().size() - QSizeF(document()->idealWidth(), height);
+    if (room.height() < 0) {
+        return;
+    }
+    const int beside = qMax(0, qFloor(room.width() / 2) - 1); // less the part of a pixel that a line may be wider
+    const int above = qFloor(room.height() / 2);
+    setViewportMargins(beside, above, beside, 0);
+    if (document()->size().height() > height) {
+        setViewportMargins(0, above, 0, 0); // lines that are broken at the box's width would be broken once more
+    }
+}
+
+void RichTextBox::setLeastTextSize(double points)
+{
+    m_leastTextSize = points;
+    const std::optional<std::string> rtf = m_rtf; // the contents stay the same
+    magnify();
+    m_rtf = rtf;
+}
+
+void RichTextBox::magnify()
+{
+    const double usual = m_leastTextSize > 0 ? usualLetterSize(*document()) : 0;
+    m_magnifier->setFactor(usual > 0 ? m_leastTextSize / usual : 1);
 }
 
 void RichTextBox::resizeEvent(QResizeEvent *event)
 {
     QTextEdit::resizeEvent(event);
-    if (m_centered) {
-        center();
-    }
+    center();
+}
+
+void RichTextBox::showEvent(QShowEvent *event)
+{
+    QTextEdit::showEvent(event);
+    center();
 }
 
 void RichTextBox::paintEvent(QPaintEvent *event)

@@ -4,11 +4,13 @@
 
 #include <QTextEdit>
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <type_traits>
 
 class QMenu;
+class TextMagnifier;
 struct PasteTarget;
 
 /// A rich-text box whose contents are RTF: text, pictures and objects.
@@ -26,6 +28,7 @@ class RichTextBox : public QTextEdit
 
 public:
     explicit RichTextBox(QWidget *parent = nullptr);
+    ~RichTextBox() override;
 
     /// The whole contents as RTF. While they are as they were set, or are so again
     /// by undoing, these are the very bytes that were set; otherwise they are 7-bit.
@@ -49,8 +52,15 @@ public:
     void setLocked(bool locked);
     [[nodiscard]] bool isLocked() const;
 
-    /// Keeps a text that is lower than the box in the box's middle. A higher one scrolls as ever.
+    /// Keeps a text that is lower than the box in the box's middle, as one block: its lines keep their
+    /// alignment to one another. A higher one scrolls as ever.
     void setCentered(bool centered);
+
+    /// Shows small writing larger, for reading from further away: the whole text magnified, with its
+    /// margins, tab stops and pictures, so that the size that most of its letters have is at least
+    /// \p points. Writing that is large enough is shown as it is. The contents and what is copied keep
+    /// their formats. 0, as at the start: never. For a locked box; the undo history may be lost.
+    void setLeastTextSize(double points);
 
     [[nodiscard]] bool canUndo() const;
 
@@ -94,6 +104,7 @@ protected:
     bool viewportEvent(QEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
+    void showEvent(QShowEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
     void mouseMoveEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
@@ -109,6 +120,7 @@ protected:
 
 private:
     void center();
+    void magnify();
     void replaceSelection(const std::string &rtf);
     void typeIn(const QString &text);
     [[nodiscard]] PasteTarget pasteTarget() const;
@@ -139,6 +151,9 @@ private:
 
     std::optional<std::string> m_rtf; ///< as set; the contents are this while the document is unmodified
     QString m_pressedLink;            ///< address of the link that a click began on
+    std::unique_ptr<TextMagnifier> m_magnifier;
+    double m_leastTextSize = 0; ///< points
     bool m_centered = false;
+    bool m_isCentering = false;
     bool m_hasHand = false; ///< the mouse pointer is a hand
 };

@@ -2,7 +2,9 @@
 
 #include <QAbstractTextDocumentLayout>
 #include <QFont>
+#include <QGuiApplication>
 #include <QPaintDevice>
+#include <QScreen>
 #include <QTextDocument>
 #include <QTextList>
 
@@ -91,10 +93,10 @@ int sizeOf(const QTextCharFormat &format, const QFont &fallback, const RtfUnits 
         return static_cast<int>(std::lround(format.fontPointSize() * halfPointsPerPoint));
     }
     if (format.hasProperty(QTextFormat::FontPixelSize)) {
-        return units.toHalfPoints(format.intProperty(QTextFormat::FontPixelSize));
+        return units.deviceToHalfPoints(format.intProperty(QTextFormat::FontPixelSize));
     }
     return fallback.pointSizeF() > 0 ? static_cast<int>(std::lround(fallback.pointSizeF() * halfPointsPerPoint))
-                                     : units.toHalfPoints(fallback.pixelSize());
+                                     : units.deviceToHalfPoints(fallback.pixelSize());
 }
 
 int colorOf(const QBrush &brush)
@@ -181,6 +183,13 @@ RtfList listOf(const QTextList &list)
     return result;
 }
 
+/// What a layout takes for its device's resolution if that needs no scaling.
+int screenUnitsPerInch()
+{
+    const QScreen *screen = QGuiApplication::primaryScreen();
+    return screen != nullptr ? qRound(screen->logicalDotsPerInchY()) : defaultUnitsPerInch;
+}
+
 } // namespace
 
 std::size_t RtfCharacterHash::operator()(const RtfCharacter &character) const noexcept
@@ -204,8 +213,12 @@ RtfUnits::RtfUnits(const QTextDocument &document)
     // would only make one.
     const auto *layout = document.findChild<QAbstractTextDocumentLayout *>();
     const QPaintDevice *device = layout != nullptr ? layout->paintDevice() : nullptr;
-    const int unitsPerInch = device != nullptr ? device->logicalDpiX() : defaultUnitsPerInch;
-    m_unitsPerTwip = static_cast<qreal>(unitsPerInch) / twipsPerInch;
+    qreal unitsPerInch = defaultUnitsPerInch;
+    if (device != nullptr) {
+        m_scale = static_cast<qreal>(device->logicalDpiY()) / screenUnitsPerInch();
+        unitsPerInch = device->logicalDpiX() / m_scale;
+    }
+    m_unitsPerTwip = unitsPerInch / twipsPerInch;
 }
 
 int RtfUnits::toTwips(qreal units) const
@@ -316,7 +329,7 @@ QTextBlockFormat toBlockFormat(const RtfParagraph &paragraph, const RtfUnits &un
     }
     setIndents(format, paragraph, units);
     if (paragraph.rightIndent != 0) {
-        format.setRightMargin(units.fromTwips(paragraph.rightIndent));
+        format.setRightMargin(units.deviceFromTwips(paragraph.rightIndent));
     }
     if (paragraph.spaceBefore != 0) {
         format.setTopMargin(units.fromTwips(paragraph.spaceBefore));
@@ -349,13 +362,13 @@ void setIndents(QTextBlockFormat &format, const RtfParagraph &paragraph, const R
         format.setProperty(RtfNegativeIndent, leftmost);
     }
     if (const int shown = margin - std::min(0, leftmost); shown != 0) {
-        format.setLeftMargin(units.fromTwips(shown));
+        format.setLeftMargin(units.deviceFromTwips(shown));
     }
     if (isList && paragraph.firstLineIndent != 0) {
         format.setProperty(RtfListHanging, -paragraph.firstLineIndent);
     }
     if (!isList && paragraph.firstLineIndent != 0) {
-        format.setTextIndent(units.fromTwips(paragraph.firstLineIndent));
+        format.setTextIndent(units.deviceFromTwips(paragraph.firstLineIndent));
     }
 }
 
@@ -385,14 +398,15 @@ RtfParagraph paragraphOf(const QTextBlock &block, const RtfUnits &units)
         paragraph.list = listOf(*list);
     }
     const qreal steps = format.indent() * block.document()->indentWidth();
-    paragraph.leftIndent = units.toTwips(format.leftMargin() + steps) + format.intProperty(RtfNegativeIndent);
+    paragraph.leftIndent =
+        units.toTwips(format.leftMargin() / units.scale() + steps) + format.intProperty(RtfNegativeIndent);
     if (paragraph.list.style == RtfListStyle::None) {
-        paragraph.firstLineIndent = units.toTwips(format.textIndent());
+        paragraph.firstLineIndent = units.deviceToTwips(format.textIndent());
     } else {
         paragraph.firstLineIndent = -format.intProperty(RtfListHanging);
         paragraph.leftIndent -= paragraph.firstLineIndent;
     }
-    paragraph.rightIndent = units.toTwips(format.rightMargin());
+    paragraph.rightIndent = units.deviceToTwips(format.rightMargin());
     paragraph.spaceBefore = units.toTwips(format.topMargin());
     paragraph.spaceAfter = units.toTwips(format.bottomMargin());
     readLineSpacing(format, paragraph, units);

@@ -108,8 +108,11 @@ struct RtfParagraph
     bool operator==(const RtfParagraph &) const = default;
 };
 
-/// Twips and document units. 1440 twips are an inch; a document has 96 units an
-/// inch unless the device that it is laid out for says otherwise.
+/// Twips and the units of a document. 1440 twips are an inch. The lengths of formats are
+/// in document units, 96 an inch or what the screen has, which the layout scales to its
+/// device. It takes as they are, so that they are in the device's own units: margins at the
+/// sides, first-line indents, and the sizes of objects and of fonts in pixels. On a screen
+/// both units are the same.
 class RtfUnits
 {
 public:
@@ -118,11 +121,19 @@ public:
     [[nodiscard]] qreal fromTwips(int twips) const { return twips * m_unitsPerTwip; }
     /// The inverse of fromTwips().
     [[nodiscard]] int toTwips(qreal units) const;
+
+    [[nodiscard]] qreal deviceFromTwips(int twips) const { return twips * m_unitsPerTwip * m_scale; }
+    /// The inverse of deviceFromTwips().
+    [[nodiscard]] int deviceToTwips(qreal units) const { return toTwips(units / m_scale); }
     /// Pixel sizes of fonts to half points.
-    [[nodiscard]] int toHalfPoints(qreal units) const { return toTwips(units) / 10; }
+    [[nodiscard]] int deviceToHalfPoints(qreal units) const { return deviceToTwips(units) / 10; }
+
+    /// Units of the device to a document unit.
+    [[nodiscard]] qreal scale() const { return m_scale; }
 
 private:
     qreal m_unitsPerTwip;
+    qreal m_scale = 1;
 };
 
 // Each pair of functions is inverse to the other.

@@ -592,4 +592,108 @@ TEST_F(CenteredBox, ALongTextBeginsAtTheTopAndScrolls)
     EXPECT_EQ(box.verticalScrollBar()->maximum(), 0);
 }
 
+/// What is written of the box, in its own pixels.
+QRect inkOf(RichTextBox &box)
+{
+    const QImage picture = box.grab().toImage();
+    const QRgb paper = picture.pixel(box.contentsRect().topLeft());
+    QRect ink;
+    for (int y = 4; y < picture.height() - 4; ++y) {
+        for (int x = 4; x < picture.width() - 4; ++x) {
+            if (picture.pixel(x, y) != paper) {
+                ink |= QRect(x, y, 1, 1);
+            }
+        }
+    }
+    return ink;
+}
+
+int linesIn(const RichTextBox &box)
+{
+    int lines = 0;
+    for (QTextBlock block = box.document()->begin(); block.isValid(); block = block.next()) {
+        lines += block.layout()->lineCount();
+    }
+    return lines;
+}
+
+TEST_F(CenteredBox, AShortLineStandsInTheMiddleFromSideToSideToo)
+{
+    box.setTextRtf(QStringLiteral("{\\rtf1 Paris\\par}"));
+    for (const int width : {300, 500, 200}) {
+        box.resize(width, 200);
+        const QRect ink = inkOf(box);
+        EXPECT_NEAR(ink.left(), box.width() - ink.right(), 4) << width;
+    }
+}
+
+TEST_F(CenteredBox, TheLinesOfAShortTextKeepTheirAlignmentToOneAnother)
+{
+    box.resize(600, 200);
+    box.setTextRtf(QStringLiteral("{\\rtf1 i\\par a line that is longer\\par\\qr i\\par}"));
+    const QRect ink = inkOf(box);
+    EXPECT_NEAR(ink.left(), box.width() - ink.right(), 4);
+    EXPECT_LT(ink.width(), 300);
+    const auto startOf = [this](int block) {
+        QTextCursor cursor(box.document()->findBlockByNumber(block));
+        return box.viewport()->x() + box.cursorRect(cursor).left();
+    };
+    EXPECT_EQ(startOf(0), startOf(1));
+    EXPECT_NEAR(startOf(2), ink.right(), 6) << "at the right end of the longest line, not of the box";
+}
+
+TEST_F(CenteredBox, ATextAsWideAsTheBoxIsBrokenAsInAnyBox)
+{
+    const QString words = QStringLiteral("{\\rtf1 %1\\par short\\par}").arg(QStringLiteral("word ").repeated(40));
+    RichTextBox plain;
+    plain.resize(box.size());
+    plain.show();
+    plain.setTextRtf(words);
+    box.setTextRtf(words);
+    EXPECT_EQ(linesIn(box), linesIn(plain));
+    box.setTextRtf(QStringLiteral("{\\rtf1 Paris\\par}"));
+    box.setTextRtf(words);
+    EXPECT_EQ(linesIn(box), linesIn(plain)) << "also after a short text";
+    for (const int width : {500, 900, 300}) {
+        box.resize(width, 200);
+        plain.resize(width, 200);
+        EXPECT_EQ(linesIn(box), linesIn(plain)) << "width " << width;
+    }
+}
+
+TEST_F(CenteredBox, StandsInTheMiddleWhenItWasFilledBeforeItWasSeen)
+{
+    RichTextBox hidden;
+    hidden.setCentered(true);
+    hidden.resize(500, 300);
+    hidden.setTextRtf(QStringLiteral("{\\rtf1 Paris\\par}"));
+    hidden.show();
+    const QRect ink = inkOf(hidden);
+    EXPECT_NEAR(ink.left(), hidden.width() - ink.right(), 4);
+    EXPECT_NEAR(ink.top(), hidden.height() - ink.bottom(), 14);
+    hidden.hide();
+    hidden.setTextRtf(QStringLiteral("{\\rtf1 a somewhat longer line\\par}"));
+    hidden.show();
+    const QRect longer = inkOf(hidden);
+    EXPECT_NEAR(longer.left(), hidden.width() - longer.right(), 4);
+    EXPECT_GT(longer.width(), ink.width());
+    EXPECT_EQ(hidden.horizontalScrollBar()->maximum(), 0);
+}
+
+TEST_F(CenteredBox, NeedsNoScrollBarFromSideToSideForATextThatIsBroken)
+{
+    for (int width = 200; width < 500; width += 3) {
+        RichTextBox hidden;
+        hidden.setCentered(true);
+        hidden.resize(50, 30);
+        hidden.setTextRtf(
+            QStringLiteral("{\\rtf1 In which year did this happen, and who was responsible for it?\\par}"));
+        hidden.resize(width, 200);
+        hidden.show();
+        EXPECT_EQ(hidden.horizontalScrollBar()->maximum(), 0) << width;
+        const QRect ink = inkOf(hidden);
+        EXPECT_NEAR(ink.left(), hidden.width() - ink.right(), 8) << width;
+    }
+}
+
 } // namespace
