@@ -332,6 +332,12 @@ void RecordSet::cancelUpdate() noexcept
     m_state->dropPending();
 }
 
+RecordSet::Bookmark RecordSet::bookmark() const
+{
+    m_state->requireOpen();
+    return m_state->currentKey();
+}
+
 RecordSet::Bookmark RecordSet::lastModified() const
 {
     m_state->requireOpen();

@@ -91,6 +91,8 @@ public:
     void update();
     void cancelUpdate() noexcept;
 
+    /// The current row. NoCurrentRow where there is none.
+    [[nodiscard]] Bookmark bookmark() const;
     /// The row that the last update() wrote.
     [[nodiscard]] Bookmark lastModified() const;
     /// Makes the row current; RowGone if it is not in the set.

@@ -2,15 +2,18 @@
 
 #include "store/Schema.h"
 #include "store/Statements.h"
+#include "store/StoreError.h"
 #include "study/Marking.h"
 #include "study/Shuffling.h"
 
 #include <utility>
 
 FlashCardSession::FlashCardSession(const std::filesystem::path &subject, const StudySettings &settings, RandomDraw draw)
-    : m_settings(settings)
-    , m_store(subject)
-    , m_cards(m_store.openRecordSet(cardsInOrder(settings.cardQuery)))
+    : m_subject(subject)
+    , m_settings(settings)
+    , m_statement(cardsInOrder(settings.cardQuery))
+    , m_store(m_subject)
+    , m_cards(m_store.openRecordSet(m_statement))
     , m_draw(std::move(draw))
     , m_side(startingSide(settings.viewOrder, m_draw))
 {
@@ -40,16 +43,19 @@ void FlashCardSession::restart(const StudySettings &settings)
 {
     m_settings.viewOrder = settings.viewOrder;
     m_settings.timeSetting = settings.timeSetting;
+    m_flipper = {};
     reach(0);
 }
 
 bool FlashCardSession::shuffle(const RandomDraw &draw)
 {
+    followFile();
     std::optional<CardSet> shuffled = ::shuffle(m_store, m_cards, m_settings.cardQuery, draw);
     if (!shuffled) {
         return false;
     }
     m_cards = std::move(*shuffled);
+    m_statement = cardsShuffled(m_settings.cardQuery);
     reach(0);
     return true;
 }
@@ -68,7 +74,23 @@ void FlashCardSession::showSide(Side side)
 
 void FlashCardSession::toggleMark()
 {
+    followFile();
     ::toggleMark(m_cards);
+}
+
+void FlashCardSession::followFile()
+{
+    if (m_store.isInPlace()) {
+        return;
+    }
+    SubjectStore store(m_subject);
+    CardSet cards = store.openRecordSet(m_statement);
+    cards.setBookmark(m_cards.bookmark());
+    if (cards.text(CardField::Front) != text(Side::Front) || cards.text(CardField::Back) != text(Side::Back)) {
+        throw StoreError(StoreError::Reason::RowGone, 0, m_subject.string(), "the file holds another card");
+    }
+    m_cards = std::move(cards);
+    m_store = std::move(store);
 }
 
 void FlashCardSession::tick()

@@ -16,6 +16,9 @@
 /// card arms the flipper when it is in view. Keeps the subject open, without a
 /// lock, until it is destroyed. A card's texts are read when they are asked for; a
 /// failure then leaves the session on that card, and it can be moved on.
+///
+/// If the file was moved, deleted or replaced, the cards can be read on. Marking and
+/// shuffling go on with what stands at the path then, if it has the current card.
 class FlashCardSession
 {
 public:
@@ -58,8 +61,11 @@ public:
 
 private:
     void reach(int position);
+    void followFile();
 
+    std::filesystem::path m_subject;
     StudySettings m_settings;
+    std::string m_statement; ///< selects the cards in the order that they have now
     SubjectStore m_store;
     CardSet m_cards;
     RandomDraw m_draw; ///< for sides

@@ -2,21 +2,26 @@
 
 #include "app/Chance.h"
 #include "app/CommandGuard.h"
+#include "app/Help.h"
 #include "app/WindowPlacement.h"
 #include "forms/CommandBar.h"
 #include "forms/Controls.h"
+#include "forms/frmCardOptions/frmCardOptions.h"
 #include "platform/ClickSound.h"
 #include "platform/CommonDialogs.h"
 #include "platform/PaperSheet.h"
 #include "platform/RichTextBox.h"
 #include "platform/Twips.h"
 
+#include <QApplication>
 #include <QBoxLayout>
 #include <QCloseEvent>
 #include <QGridLayout>
 #include <QKeyEvent>
 #include <QLabel>
+#include <QScopeGuard>
 #include <QScrollBar>
+#include <QTimer>
 
 #include <vector>
 
@@ -62,10 +67,18 @@ constexpr std::size_t paneOf(Side side)
 }
 
 constexpr PageRuling page{.firstLine = 1180, .marginLine = true};
-constexpr int minWidth = 7200;  // twips: a card of some words, and every button around it
+constexpr double readablePoints = 18; // from an arm's length
+
+constexpr int minWidth = 8100;  // twips: the captions side by side, and every button around a card of some words
 constexpr int minHeight = 5700; // twips
 
 const QString section = QStringLiteral("Cards");
+
+/// Whether a key that is held down goes on giving its command. One that undoes itself would end by chance.
+bool mayRepeat(int key)
+{
+    return key != Qt::Key_M && key != Qt::Key_P && key != Qt::Key_S && key != Qt::Key_Escape;
+}
 
 } // namespace
 
@@ -73,9 +86,11 @@ frmFlashCard::frmFlashCard(Module1 &module)
     : NotebookPage(page)
     , Image1(makeControlArray<ImageButton, 11>(this, QLatin1String("Image1")))
     , Label1(makeControlArray<QLabel, 3>(this, QLatin1String("Label1")))
+    , m_place(new QLabel(this))
     , m_card(new PaperSheet(this))
     , RichTextBox1(makeControlArray<RichTextBox, 2>(m_card, QLatin1String("RichTextBox1")))
     , Picture1(makeControl<QWidget>(this, QLatin1String("Picture1")))
+    , Timer1(new QTimer(this))
     , m_module(module)
     , m_session(subjectFile(module.subject), module.study, drawSeededFromClock)
 {
@@ -89,30 +104,29 @@ frmFlashCard::frmFlashCard(Module1 &module)
     Label1[MarkShown]->setFont(notebookFont(12));
     Label1[MarkShown]->setText(QStringLiteral("*** MARKED ***"));
     Label1[Countdown]->setFont(notebookFont(16));
+    Label1[Countdown]->setMinimumWidth(Label1[Countdown]->fontMetrics().horizontalAdvance(QStringLiteral("20")));
+    m_place->setFont(notebookFont(12));
     setFaces(Image1, faces);
     for (const Command around : {Previous, Next, FlipUp, FlipDown}) {
         Image1.at(around)->setPictureSize(40);
     }
-    for (const Command later : {Mark, MarkToo, Shuffle, Options, Help, Flipper}) {
-        Image1.at(later)->setEnabled(false);
-    }
-    Image1[Flipper]->hide();
-    Label1[Countdown]->hide();
     for (RichTextBox *pane : RichTextBox1) {
         pane->setLocked(true);
         pane->setFrameShape(QFrame::NoFrame);
         pane->setCentered(true);
+        pane->setLeastTextSize(readablePoints);
         pane->setFocusPolicy(Qt::NoFocus);
     }
     Picture1->setFocusPolicy(Qt::StrongFocus);
     Picture1->setAccessibleName(QStringLiteral("Flash card"));
+    Timer1->setObjectName(QStringLiteral("Timer1"));
+    Timer1->setInterval(1000);
+    Timer1->setTimerType(Qt::PreciseTimer); // the learner counts along
 
     layOut();
     connectCommands();
 
-    showSide(m_session.side());
-    loadCard();
-    showMark();
+    beginCard();
     Picture1->setFocus();
 }
 
@@ -131,11 +145,17 @@ void frmFlashCard::layOut()
     commands->addStretch();
     commands->addWidget(Image1[Exit]);
 
-    auto *captions = new QHBoxLayout;
-    captions->addWidget(Label1[SideShown]);
-    captions->addStretch();
-    captions->addWidget(Label1[MarkShown]);
-    captions->addWidget(Image1[MarkToo]);
+    auto *mark = new QHBoxLayout;
+    mark->addStretch();
+    mark->addWidget(Label1[MarkShown]);
+    mark->addWidget(Image1[MarkToo]);
+    auto *captions = new QGridLayout; // the place stays in the middle, whatever stands beside it
+    captions->setHorizontalSpacing(toPixels(120));
+    captions->addWidget(Label1[SideShown], 0, 0, Qt::AlignLeft);
+    captions->addWidget(m_place, 0, 1);
+    captions->addLayout(mark, 0, 2);
+    captions->setColumnStretch(0, 1);
+    captions->setColumnStretch(2, 1);
 
     m_card->setShape(PaperSheet::Shape::IndexCard);
     auto *sides = new QGridLayout(m_card);
@@ -175,8 +195,14 @@ void frmFlashCard::connectCommands()
                     (this->*method)();
                 }));
     };
+    onClick(Mark, &frmFlashCard::toggleMark);
+    onClick(MarkToo, &frmFlashCard::toggleMark);
+    onClick(Shuffle, &frmFlashCard::shuffle);
+    onClick(Options, &frmFlashCard::changeOptions);
+    onClick(Help, &frmFlashCard::help);
     onClick(Previous, &frmFlashCard::goToPrevious);
     onClick(Next, &frmFlashCard::goToNext);
+    onClick(Flipper, &frmFlashCard::toggleFlipperPause);
     onClick(FlipUp, &frmFlashCard::flip);
     onClick(FlipDown, &frmFlashCard::flip);
     connect(Image1[Exit], &ImageButton::clicked, this, [this] {
@@ -186,11 +212,12 @@ void frmFlashCard::connectCommands()
     for (RichTextBox *pane : RichTextBox1) {
         connect(pane, &RichTextBox::clicked, Picture1, qOverload<>(&QWidget::setFocus));
     }
+    connect(Timer1, &QTimer::timeout, this, guarded(this, &frmFlashCard::tick));
 }
 
-void frmFlashCard::showSide(Side side)
+void frmFlashCard::showSide()
 {
-    m_session.showSide(side);
+    const Side side = m_session.side();
     // Shown before the other is hidden, so that the card is never seen empty.
     RichTextBox1.at(paneOf(side))->show();
     RichTextBox1.at(paneOf(otherSide(side)))->hide();
@@ -208,34 +235,67 @@ void frmFlashCard::showSide(Side side)
 
 void frmFlashCard::loadCard()
 {
-    for (RichTextBox *pane : RichTextBox1) {
-        pane->clear(); // a card that cannot be read shows nothing, not the one before
-    }
     for (const Side side : bothSides) {
         RichTextBox1.at(paneOf(side))->setRtf(m_session.text(side));
     }
 }
 
-void frmFlashCard::showMark()
+void frmFlashCard::clearCard()
 {
-    const bool marked = m_session.isMarked();
+    for (RichTextBox *pane : RichTextBox1) {
+        pane->clear();
+    }
+    showMarked(false);
+}
+
+void frmFlashCard::showMarked(bool marked)
+{
     Label1[MarkShown]->setVisible(marked);
     for (const Command button : {Mark, MarkToo}) {
         Image1.at(button)->setPicture(marked ? QStringLiteral("mark-on") : QStringLiteral("mark-off"));
     }
 }
 
-void frmFlashCard::displayCard()
+void frmFlashCard::showFlipper()
 {
-    showSide(m_session.side());
+    const AutoFlipper &flipper = m_session.flipper();
+    if (Image1[Flipper]->hasFocus() && !flipper.canTogglePause()) {
+        Picture1->setFocus(); // else the focus would fall to the next button, and Space press it
+    }
+    Image1[Flipper]->setVisible(flipper.isOn());
+    Image1[Flipper]->setEnabled(flipper.canTogglePause());
+    Image1[Flipper]->setPicture(flipper.isRunning() ? QStringLiteral("flipper-running")
+                                                    : QStringLiteral("flipper-stopped"));
+    Label1[Countdown]->setVisible(flipper.isOn());
+    Label1[Countdown]->setText(QString::number(flipper.secondsLeft()));
+    if (!flipper.isRunning()) {
+        Timer1->stop();
+    } else if (!Timer1->isActive()) {
+        Timer1->start();
+    }
+}
+
+void frmFlashCard::showPlace()
+{
+    m_place->setText(QStringLiteral("%1 of %2").arg(m_session.position() + 1).arg(m_session.count()));
+}
+
+void frmFlashCard::beginCard(void (FlashCardSession::*arm)())
+{
+    Timer1->stop(); // the first second of a card is a whole one
+    const auto atLast = qScopeGuard([this] { showFlipper(); });
+    showPlace();
+    showSide();
+    clearCard(); // a card that cannot be read shows nothing, not the one before
     loadCard();
-    showMark();
+    showMarked(m_session.isMarked());
+    (m_session.*arm)();
 }
 
 void frmFlashCard::goToNext()
 {
     if (m_session.next()) {
-        displayCard();
+        beginCard();
     } else {
         showInformation(this, QStringLiteral("This is the last flash card."), QStringLiteral("Last Flash Card"));
     }
@@ -244,7 +304,7 @@ void frmFlashCard::goToNext()
 void frmFlashCard::goToPrevious()
 {
     if (m_session.previous()) {
-        displayCard();
+        beginCard();
     } else {
         showInformation(this, QStringLiteral("This is the first flash card."), QStringLiteral("First Flash Card"));
     }
@@ -252,7 +312,67 @@ void frmFlashCard::goToPrevious()
 
 void frmFlashCard::flip()
 {
-    showSide(otherSide(m_session.side()));
+    m_session.showSide(otherSide(m_session.side()));
+    showSide();
+    showFlipper();
+}
+
+void frmFlashCard::toggleMark()
+{
+    m_session.toggleMark();
+    showMarked(m_session.isMarked());
+    showPlace(); // which a file that was replaced may have changed
+}
+
+void frmFlashCard::shuffle()
+{
+    const QString title = QStringLiteral("Shuffle Flash Cards");
+    if (askYesNo(this, QStringLiteral("Are you sure you want to shuffle these flash cards?"), title) != Answer::Yes) {
+        return;
+    }
+    if (m_session.shuffle(generatorSeededFromClock())) {
+        beginCard();
+    } else {
+        showInformation(this,
+                        QStringLiteral("None of these flash cards would be in the new order: they are not marked any "
+                                       "more, or were deleted. The order stays as it is."),
+                        title);
+    }
+}
+
+void frmFlashCard::changeOptions()
+{
+    m_module.study.cancelled = false;
+    frmCardOptions(m_module, this).exec();
+    if (m_module.study.cancelled) {
+        return;
+    }
+    m_session.restart(m_module.study);
+    beginCard(&FlashCardSession::armFlipperPaused);
+}
+
+void frmFlashCard::help()
+{
+    showHelp(this, HelpContext::FlashCardSession);
+}
+
+void frmFlashCard::toggleFlipperPause()
+{
+    m_session.toggleFlipperPause();
+    showFlipper();
+}
+
+void frmFlashCard::tick()
+{
+    if (QApplication::activeModalWidget() != nullptr) {
+        return; // nobody reads the card behind a question
+    }
+    const Side before = m_session.side();
+    m_session.tick();
+    if (m_session.side() != before) {
+        showSide();
+    }
+    showFlipper();
 }
 
 bool frmFlashCard::pressButtonOf(int key)
@@ -263,6 +383,7 @@ bool frmFlashCard::pressButtonOf(int key)
     case Qt::Key_Escape: Image1[Exit]->click(); return true;
     case Qt::Key_M: Image1[Mark]->click(); return true;
     case Qt::Key_S: Image1[Shuffle]->click(); return true;
+    case Qt::Key_P: Image1[Flipper]->click(); return true;
     case Qt::Key_Up:
         if (m_session.side() == Side::Back) {
             Image1[FlipUp]->click();
@@ -286,6 +407,9 @@ void frmFlashCard::scrollCard(int key)
 void frmFlashCard::keyPressEvent(QKeyEvent *event)
 {
     const bool plain = !(event->modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier));
+    if (plain && event->isAutoRepeat() && !mayRepeat(event->key())) {
+        return;
+    }
     if (plain && pressButtonOf(event->key())) {
         return;
     }
@@ -298,6 +422,7 @@ void frmFlashCard::keyPressEvent(QKeyEvent *event)
 
 void frmFlashCard::closeEvent(QCloseEvent *event)
 {
+    Timer1->stop();
     m_session.close();
     runGuarded(this, [this] { savePlacement(*this, m_module.settings, section); });
     event->accept();

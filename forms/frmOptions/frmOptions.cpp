@@ -26,24 +26,6 @@ enum Button { Cancel, Previous, Forward };
 
 constexpr int topicRole = Qt::UserRole;
 
-void setRange(QSlider *slider, const SliderRange &range)
-{
-    slider->setOrientation(Qt::Horizontal);
-    slider->setRange(range.least, range.most);
-    slider->setSingleStep(range.step);
-    slider->setPageStep(range.pageStep);
-    slider->setTickInterval(range.tick);
-    slider->setTickPosition(QSlider::TicksBelow);
-    slider->setValue(range.start);
-}
-
-/// A label as wide as its widest text, so that nothing moves while a slider does.
-void reserveFor(QLabel *value, const QString &widest)
-{
-    value->setMinimumWidth(value->fontMetrics().horizontalAdvance(widest));
-    value->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-}
-
 } // namespace
 
 frmOptions::frmOptions(Module1 &module, QWidget *parent)
@@ -82,9 +64,7 @@ frmOptions::frmOptions(Module1 &module, QWidget *parent)
     tbsOptions->setTabToolTip(StyleTab, QStringLiteral("Select your study style and the topics to be studied"));
     tbsOptions->setTabToolTip(OptionsTab, QStringLiteral("Select flash card or test options"));
     cmdOK[Cancel]->setText(QStringLiteral("Cancel"));
-    cmdOK[Cancel]->setAutoDefault(false);
     cmdOK[Previous]->setText(QStringLiteral("&Previous"));
-    cmdOK[Previous]->setAutoDefault(false);
     cmdOK[Forward]->setDefault(true);
 
     picOptions[StylePage] = makeStylePage();
@@ -130,37 +110,9 @@ QWidget *frmOptions::makeStylePage()
 
 QWidget *frmOptions::makeFlashCardPage()
 {
-    Label1->setText(QStringLiteral("Select the side of the flash card you want to view first:"));
-    Label1->setWordWrap(true);
-    Option1[FrontFirst]->setText(QStringLiteral("&Front (Question)"));
-    Option1[FrontFirst]->setChecked(true);
-    Option1[BackFirst]->setText(QStringLiteral("&Back (Answer)"));
-    Option1[RandomFirst]->setText(QStringLiteral("&Random"));
-    Check2->setText(QStringLiteral("Enable the &Automatic Flipper (1-20):"));
-    setRange(Slider1, flipperSeconds);
-    Slider1->setEnabled(false);
-    Slider1->setAccessibleName(QStringLiteral("Seconds until a card turns over"));
-    Label2->setText(QStringLiteral("(Seconds)"));
-    reserveFor(Label3, QStringLiteral("20"));
-
-    auto *order = new QGroupBox(QStringLiteral("Viewing Order:"));
-    auto *orderRows = new QVBoxLayout(order);
-    orderRows->addWidget(Label1);
-    for (const Option option : {FrontFirst, BackFirst, RandomFirst}) {
-        orderRows->addWidget(Option1.at(option));
-    }
-
-    auto *flipper = new QGroupBox(QStringLiteral("Auto Flipper:"));
-    auto *flipperGrid = new QGridLayout(flipper);
-    flipperGrid->addWidget(Check2, 0, 0, 1, 3);
-    flipperGrid->addWidget(Slider1, 1, 0);
-    flipperGrid->addWidget(Label3, 1, 1);
-    flipperGrid->addWidget(Label2, 1, 2);
-
     auto *page = makeControl<QWidget>(this, QLatin1String("picOptions(2)"));
     auto *rows = new QVBoxLayout(page);
-    rows->addWidget(order);
-    rows->addWidget(flipper);
+    addFlashCardGroups(*rows, flashCardControls());
     rows->addStretch();
     return page;
 }
@@ -239,6 +191,8 @@ void frmOptions::layOut()
     rows->addWidget(tbsOptions);
     rows->addLayout(pages, 1);
     rows->addLayout(buttons);
+    const QSize whole = sizeHint();
+    setMinimumSize(whole.width(), rows->totalHeightForWidth(whole.width())); // else a low screen clips wrapped labels
 
     chainTabOrder({tbsOptions, Option1[FlashCards], Option1[Test], List1, Check1, Option1[FrontFirst],
                    Option1[BackFirst], Option1[RandomFirst], Check2, Slider1, Slider2[Questions],
@@ -251,9 +205,7 @@ void frmOptions::connectControls()
     for (QRadioButton *option : Option1) {
         connect(option, &QRadioButton::toggled, this, [this] { m_module.study.style = choices().style; });
     }
-    connect(Check2, &QCheckBox::toggled, Slider1, &QSlider::setEnabled);
     connect(Check3, &QCheckBox::toggled, Slider2[Minutes], &QSlider::setEnabled);
-    connect(Slider1, &QSlider::valueChanged, this, &frmOptions::showSliderValues);
     for (QSlider *slider : Slider2) {
         connect(slider, &QSlider::valueChanged, this, &frmOptions::showSliderValues);
     }
@@ -324,11 +276,22 @@ void frmOptions::refuse(SelectionRefusal refusal)
 void frmOptions::showSliderValues()
 {
     const int choicePercent = Slider2[MultipleChoice]->value();
-    Label3->setText(QString::number(Slider1->value()));
     Label6->setText(QString::number(Slider2[Questions]->value()));
     Label11->setText(QStringLiteral("%1%").arg(choicePercent));
     Label13->setText(QStringLiteral("%1%").arg(choicePercents.most - choicePercent));
     Label9->setText(QString::number(Slider2[Minutes]->value()));
+}
+
+FlashCardControls frmOptions::flashCardControls() const
+{
+    return {.question = Label1,
+            .front = Option1[FrontFirst],
+            .back = Option1[BackFirst],
+            .random = Option1[RandomFirst],
+            .flipper = Check2,
+            .seconds = Slider1,
+            .secondsShown = Label3,
+            .secondsUnit = Label2};
 }
 
 WizardChoices frmOptions::choices() const
@@ -341,9 +304,7 @@ WizardChoices frmOptions::choices() const
         }
     }
     chosen.withMarked = Check1->isChecked();
-    chosen.viewOrder = Option1[FrontFirst]->isChecked()  ? ViewOrder::front
-                       : Option1[BackFirst]->isChecked() ? ViewOrder::back
-                                                         : ViewOrder::random;
+    chosen.viewOrder = viewOrderOf(flashCardControls(), ViewOrder::random);
     chosen.flipperOn = Check2->isChecked();
     chosen.flipperSeconds = Slider1->value();
     chosen.questionCount = Slider2[Questions]->value();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/Module1.h"
+#include "forms/StudyControls.h"
 #include "study/StudyWizard.h"
 
 #include <QDialog>
@@ -39,6 +40,7 @@ private:
     void confirm();
     void refuse(SelectionRefusal refusal);
     void showSliderValues();
+    [[nodiscard]] FlashCardControls flashCardControls() const;
     [[nodiscard]] WizardChoices choices() const;
 
     QTabBar *tbsOptions;                   ///< style, options

@@ -1,59 +1,18 @@
-#include "forms/frmFlashCard/frmFlashCard.h"
-#include "platform/ImageButton.h"
-#include "platform/RichTextBox.h"
-#include "tests/support/WindowTest.h"
+#include "tests/forms/FlashCardTest.h"
 
-#include <QLabel>
-#include <QPointer>
-#include <QScrollBar>
 #include <QSignalSpy>
 
 namespace {
 
-class frmFlashCardTest : public WindowTest
-{
-protected:
-    void SetUp() override
-    {
-        WindowTest::SetUp();
-        module->study.cardQuery = cardQuery(std::array{large});
-        module->study.cancelled = false;
-    }
-
-    void TearDown() override
-    {
-        delete window;
-        WindowTest::TearDown();
-    }
-
-    void open()
-    {
-        window = new frmFlashCard(*module);
-        window->show();
-        ASSERT_TRUE(QTest::qWaitForWindowActive(window));
-    }
-
-    void key(Qt::Key key) { QTest::keyClick(window->focusWidget(), key); }
-    RichTextBox &front() { return control<RichTextBox>(*window, "RichTextBox1(0)"); }
-    RichTextBox &back() { return control<RichTextBox>(*window, "RichTextBox1(1)"); }
-    QString shown() { return (front().isVisible() ? front() : back()).toPlainText(); }
-    QString sideShown() { return control<QLabel>(*window, "Label1(0)").text(); }
-    QString hint(const char *name) { return control<ImageButton>(*window, name).toolTip(); }
-    QString picture(const char *name) { return control<ImageButton>(*window, name).picture(); }
-
-    QPointer<frmFlashCard> window;
-};
+using frmFlashCardTest = FlashCardTest;
 
 TEST_F(frmFlashCardTest, OpensOnTheFrontOfTheFirstCard)
 {
     open();
     EXPECT_EQ(window->windowTitle(), QStringLiteral("Cramlet: World History"));
-    EXPECT_TRUE(front().isVisible());
-    EXPECT_FALSE(back().isVisible());
     EXPECT_EQ(front().toPlainText(), QStringLiteral("front 1"));
     EXPECT_EQ(back().toPlainText(), QStringLiteral("back 1"));
-    EXPECT_EQ(sideShown(), QStringLiteral("Front (Question)"));
-    EXPECT_FALSE(control<QLabel>(*window, "Label1(1)").isVisible());
+    EXPECT_EQ(scene(), "1 of 12, front 1");
 }
 
 TEST_F(frmFlashCardTest, EveryButtonHasItsHint)
@@ -71,28 +30,46 @@ TEST_F(frmFlashCardTest, EveryButtonHasItsHint)
                                              "View the Back of this Flash Card",
                                              "View the Back of this Flash Card"};
     for (std::size_t i = 0; i < hints.size(); ++i) {
-        const std::string name = "Image1(" + std::to_string(i) + ")";
-        EXPECT_EQ(hint(name.c_str()), QString::fromLatin1(hints.at(i))) << name;
+        EXPECT_EQ(hint(static_cast<Command>(i)), QString::fromLatin1(hints.at(i))) << i;
+    }
+}
+
+TEST_F(frmFlashCardTest, EveryButtonHasAPictureOfItsOwnButTheTwoThatMark)
+{
+    open();
+    QStringList pictures;
+    for (const Command command : {Mark, Shuffle, Options, Help, Previous, Exit, Next, Flipper, FlipUp, FlipDown}) {
+        EXPECT_FALSE(pictures.contains(picture(command))) << command;
+        EXPECT_TRUE(QFile::exists(QStringLiteral(":/icons/%1.svg").arg(picture(command)))) << command;
+        pictures.append(picture(command));
+    }
+}
+
+TEST_F(frmFlashCardTest, TheCaptionsHaveTheNotebooksHandAtTheirSizes)
+{
+    open(5);
+    EXPECT_EQ(control<QLabel>(*window, "Label1(0)").font().pointSize(), 18);
+    EXPECT_EQ(mark().font().pointSize(), 12);
+    EXPECT_EQ(countdown().font().pointSize(), 16);
+    for (const char *name : {"Label1(0)", "Label1(1)", "Label1(2)"}) {
+        EXPECT_EQ(control<QLabel>(*window, name).font().families().value(0), QStringLiteral("Comic Sans MS")) << name;
     }
 }
 
 TEST_F(frmFlashCardTest, FlippingTurnsTheCardAndChangesHintsAndPictures)
 {
     open();
-    const QString up = picture("Image1(9)");
-    const QString down = picture("Image1(10)");
-    EXPECT_NE(up, down);
-    click(*window, "Image1(9)");
-    EXPECT_EQ(shown(), QStringLiteral("back 1"));
+    run(FlipUp);
+    EXPECT_EQ(scene(), "1 of 12, back 1");
     EXPECT_EQ(sideShown(), QStringLiteral("Back (Answer)"));
-    EXPECT_EQ(hint("Image1(9)"), QStringLiteral("View the Front of this Flash Card"));
-    EXPECT_EQ(hint("Image1(10)"), QStringLiteral("View the Front of this Flash Card"));
-    EXPECT_NE(picture("Image1(9)"), up);
-    EXPECT_NE(picture("Image1(10)"), down);
-    click(*window, "Image1(10)");
-    EXPECT_EQ(shown(), QStringLiteral("front 1"));
-    EXPECT_EQ(hint("Image1(10)"), QStringLiteral("View the Back of this Flash Card"));
-    EXPECT_EQ(picture("Image1(9)"), up);
+    EXPECT_EQ(hint(FlipUp), QStringLiteral("View the Front of this Flash Card"));
+    EXPECT_EQ(hint(FlipDown), QStringLiteral("View the Front of this Flash Card"));
+    EXPECT_EQ(picture(FlipUp), QStringLiteral("flip-to-front-up"));
+    EXPECT_EQ(picture(FlipDown), QStringLiteral("flip-to-front-down"));
+    run(FlipDown);
+    EXPECT_EQ(scene(), "1 of 12, front 1");
+    EXPECT_EQ(hint(FlipDown), QStringLiteral("View the Back of this Flash Card"));
+    EXPECT_EQ(picture(FlipUp), QStringLiteral("flip-to-back-up"));
 }
 
 TEST_F(frmFlashCardTest, DownEndsOnTheBackAndUpOnTheFront)
@@ -112,13 +89,66 @@ TEST_F(frmFlashCardTest, ArrowsAndButtonsMoveFromCardToCard)
 {
     open();
     key(Qt::Key_Right);
-    EXPECT_EQ(shown(), QStringLiteral("front 2"));
-    click(*window, "Image1(7)");
-    EXPECT_EQ(shown(), QStringLiteral("front 3"));
+    EXPECT_EQ(scene(), "2 of 12, front 2");
+    run(Next);
+    EXPECT_EQ(scene(), "3 of 12, front 3");
     key(Qt::Key_Left);
-    EXPECT_EQ(shown(), QStringLiteral("front 2"));
-    click(*window, "Image1(5)");
-    EXPECT_EQ(shown(), QStringLiteral("front 1"));
+    EXPECT_EQ(scene(), "2 of 12, front 2");
+    run(Previous);
+    EXPECT_EQ(scene(), "1 of 12, front 1");
+}
+
+TEST_F(frmFlashCardTest, AKeyPressesItsButtonSoThatItClicks)
+{
+    struct Pressed
+    {
+        Qt::Key key;
+        Command button;
+    };
+    open(5);
+    for (const Pressed &row : {Pressed{Qt::Key_M, Mark}, Pressed{Qt::Key_P, Flipper}, Pressed{Qt::Key_Down, FlipDown},
+                               Pressed{Qt::Key_Up, FlipUp}, Pressed{Qt::Key_Right, Next},
+                               Pressed{Qt::Key_Left, Previous}, Pressed{Qt::Key_Escape, Exit}}) {
+        const QSignalSpy clicked(&button(row.button), &ImageButton::clicked);
+        key(row.key);
+        EXPECT_EQ(clicked.count(), 1) << row.key;
+    }
+    settle();
+    EXPECT_TRUE(window.isNull());
+}
+
+TEST_F(frmFlashCardTest, AnArrowThatIsHeldDownGoesOn)
+{
+    open();
+    repeatKey(Qt::Key_Right);
+    repeatKey(Qt::Key_Right);
+    EXPECT_EQ(scene(), "3 of 12, front 3");
+    repeatKey(Qt::Key_Left);
+    EXPECT_EQ(scene(), "2 of 12, front 2");
+}
+
+TEST_F(frmFlashCardTest, KeysWithCtrlOrAltAndOtherKeysDoNothing)
+{
+    open(5);
+    for (const Qt::KeyboardModifier modifier : {Qt::ControlModifier, Qt::AltModifier, Qt::MetaModifier}) {
+        for (const Qt::Key other : {Qt::Key_Right, Qt::Key_Down, Qt::Key_M, Qt::Key_P, Qt::Key_S}) {
+            key(other, modifier);
+        }
+    }
+    for (const Qt::Key other : {Qt::Key_A, Qt::Key_Return, Qt::Key_Space, Qt::Key_Home, Qt::Key_F1}) {
+        key(other);
+    }
+    EXPECT_EQ(scene(), "1 of 12, front 1, 5 running");
+    EXPECT_EQ(storedMarks(), std::vector<int>{});
+}
+
+TEST_F(frmFlashCardTest, ThePlaceIsThatAmongTheCardsOfTheStudy)
+{
+    study(cardQuery(std::array{large, small}));
+    open();
+    EXPECT_EQ(place(), QStringLiteral("1 of 16"));
+    goTo(16);
+    EXPECT_EQ(scene(), "16 of 16, front 4");
 }
 
 TEST_F(frmFlashCardTest, AMoveStartsTheCardOnItsStartingSide)
@@ -126,122 +156,101 @@ TEST_F(frmFlashCardTest, AMoveStartsTheCardOnItsStartingSide)
     open();
     key(Qt::Key_Down);
     key(Qt::Key_Right);
-    EXPECT_EQ(shown(), QStringLiteral("front 2"));
-    EXPECT_EQ(sideShown(), QStringLiteral("Front (Question)"));
+    EXPECT_EQ(scene(), "2 of 12, front 2");
+    key(Qt::Key_Down);
+    key(Qt::Key_Left);
+    EXPECT_EQ(scene(), "1 of 12, front 1");
 }
 
 TEST_F(frmFlashCardTest, EveryCardStartsOnTheBackWhenTheBackComesFirst)
 {
     module->study.viewOrder = ViewOrder::back;
     open();
-    for (int card = 1; card <= 3; ++card) {
-        EXPECT_EQ(shown(), QStringLiteral("back %1").arg(card));
-        EXPECT_EQ(sideShown(), QStringLiteral("Back (Answer)"));
-        EXPECT_EQ(hint("Image1(9)"), QStringLiteral("View the Front of this Flash Card"));
-        key(Qt::Key_Up);
-        key(Qt::Key_Right);
-    }
+    EXPECT_EQ(scene(), "1 of 12, back 1");
+    key(Qt::Key_Up);
+    key(Qt::Key_Right);
+    EXPECT_EQ(scene(), "2 of 12, back 2");
+    key(Qt::Key_Up);
+    key(Qt::Key_Left);
+    EXPECT_EQ(scene(), "1 of 12, back 1");
 }
 
 TEST_F(frmFlashCardTest, OnTheFirstCardPreviousSaysSoAndChangesNothing)
 {
     open();
     key(Qt::Key_Down);
-    DialogAnswers answers;
-    answers.press(QMessageBox::Ok);
-    key(Qt::Key_Left);
-    EXPECT_EQ(answers.last().text, QStringLiteral("This is the first flash card."));
-    EXPECT_EQ(answers.last().title, QStringLiteral("First Flash Card"));
-    EXPECT_EQ(answers.last().icon, QMessageBox::Information);
-    EXPECT_EQ(shown(), QStringLiteral("back 1"));
+    const SeenMessage message = heard([this] { key(Qt::Key_Left); });
+    EXPECT_EQ(message.text, QStringLiteral("This is the first flash card."));
+    EXPECT_EQ(message.title, QStringLiteral("First Flash Card"));
+    EXPECT_EQ(message.icon, QMessageBox::Information);
+    EXPECT_EQ(message.buttons, QMessageBox::Ok);
+    EXPECT_EQ(scene(), "1 of 12, back 1");
 }
 
 TEST_F(frmFlashCardTest, OnTheLastCardNextSaysSoAndChangesNothing)
 {
     open();
-    for (int moves = 0; moves < 11; ++moves) {
-        key(Qt::Key_Right);
-    }
+    goTo(12);
     key(Qt::Key_Down);
-    DialogAnswers answers;
-    answers.press(QMessageBox::Ok);
-    click(*window, "Image1(7)");
-    EXPECT_EQ(answers.last().text, QStringLiteral("This is the last flash card."));
-    EXPECT_EQ(answers.last().title, QStringLiteral("Last Flash Card"));
-    EXPECT_EQ(shown(), QStringLiteral("back 12"));
+    const SeenMessage message = heard([this] { run(Next); });
+    EXPECT_EQ(message.text, QStringLiteral("This is the last flash card."));
+    EXPECT_EQ(message.title, QStringLiteral("Last Flash Card"));
+    EXPECT_EQ(message.icon, QMessageBox::Information);
+    EXPECT_EQ(message.buttons, QMessageBox::Ok);
+    EXPECT_EQ(scene(), "12 of 12, back 12");
 }
 
 TEST_F(frmFlashCardTest, ShowsTheMarkOfAMarkedCardOnly)
 {
-    {
-        SubjectStore store(file);
-        CardSet cards = store.openRecordSet(cardsOfTopic(large));
-        cards.setAbsolutePosition(1);
-        cards.edit();
-        cards.setFlag(CardField::Marked, true);
-        cards.update();
-    }
+    markElsewhere(2);
     open();
-    const auto &mark = control<QLabel>(*window, "Label1(1)");
-    const QString unmarked = picture("Image1(0)");
-    EXPECT_FALSE(mark.isVisible());
+    EXPECT_EQ(scene(), "1 of 12, front 1");
     key(Qt::Key_Right);
-    EXPECT_TRUE(mark.isVisible());
-    EXPECT_EQ(mark.text(), QStringLiteral("*** MARKED ***"));
-    EXPECT_NE(picture("Image1(0)"), unmarked);
-    EXPECT_EQ(picture("Image1(0)"), picture("Image1(1)"));
+    EXPECT_EQ(scene(), "2 of 12, front 2, marked");
     key(Qt::Key_Right);
-    EXPECT_FALSE(mark.isVisible());
-    EXPECT_EQ(picture("Image1(0)"), unmarked);
+    EXPECT_EQ(scene(), "3 of 12, front 3");
+}
+
+TEST_F(frmFlashCardTest, ShowsTheMarkOfTheFirstCardAtOnce)
+{
+    markElsewhere(1);
+    open();
+    EXPECT_EQ(scene(), "1 of 12, front 1, marked");
 }
 
 TEST_F(frmFlashCardTest, ShowsAnEmptySideAsAnEmptyPaneThatCanStillBeFlipped)
 {
-    {
-        SubjectStore store(file);
-        CardSet cards = store.openRecordSet(cardsOfTopic(large));
-        cards.edit();
-        cards.setText(CardField::Front, "");
-        cards.update();
-    }
-    open();
-    EXPECT_EQ(shown(), QString());
+    writeElsewhere(1, CardField::Front, "");
+    writeElsewhere(2, CardField::Back, "");
+    open(5);
+    EXPECT_EQ(scene(), "1 of 12, , 5 running");
     key(Qt::Key_Down);
-    EXPECT_EQ(shown(), QStringLiteral("back 1"));
-}
-
-TEST_F(frmFlashCardTest, AClickInTheTextLeavesTheFocusWithTheWindow)
-{
-    open();
-    QTest::mouseClick(front().viewport(), Qt::LeftButton);
-    EXPECT_EQ(QApplication::focusWidget()->objectName(), QStringLiteral("Picture1"));
-    key(Qt::Key_Down);
-    EXPECT_EQ(shown(), QStringLiteral("back 1"));
-}
-
-TEST_F(frmFlashCardTest, AClickOnAButtonLeavesTheKeysWithTheWindow)
-{
-    open();
-    click(*window, "Image1(7)");
+    EXPECT_EQ(scene(), "1 of 12, back 1, 5 ended");
     key(Qt::Key_Right);
-    EXPECT_EQ(shown(), QStringLiteral("front 3"));
+    key(Qt::Key_Down);
+    EXPECT_EQ(scene(), "2 of 12, , 5 ended");
+    key(Qt::Key_Up);
+    EXPECT_EQ(scene(), "2 of 12, front 2, 5 ended");
 }
 
-TEST_F(frmFlashCardTest, WithoutTheFlipperItsButtonAndCountdownAreHidden)
+TEST_F(frmFlashCardTest, TheHelpIsThatOnFlashCardSessions)
 {
-    open();
-    EXPECT_FALSE(control<ImageButton>(*window, "Image1(8)").isVisible());
-    EXPECT_FALSE(control<QLabel>(*window, "Label1(2)").isVisible());
-    key(Qt::Key_P);
-    EXPECT_EQ(shown(), QStringLiteral("front 1"));
+    open(5);
+    const SeenMessage help = heard([this] { run(Help); });
+    EXPECT_TRUE(help.text.contains(QStringLiteral("flash-card sessions"))) << help.text.toStdString();
+    EXPECT_EQ(scene(), "1 of 12, front 1, 5 running");
 }
+
+// The window.
 
 TEST_F(frmFlashCardTest, EscapeClosesStoresThePlacementAndFreesTheFile)
 {
-    open();
+    open(5);
     const QSignalSpy closed(window, &frmFlashCard::closed);
     key(Qt::Key_Escape);
     EXPECT_EQ(closed.count(), 1);
+    ASSERT_FALSE(window.isNull());
+    EXPECT_FALSE(clock().isActive()) << "nobody sees the seconds";
     settle();
     EXPECT_TRUE(window.isNull()) << "a closed session deletes itself";
     EXPECT_EQ(setting("Cards", "WindowState"), QStringLiteral("0"));
@@ -250,23 +259,58 @@ TEST_F(frmFlashCardTest, EscapeClosesStoresThePlacementAndFreesTheFile)
     EXPECT_FALSE(std::filesystem::exists(file.string() + "-journal"));
 }
 
-TEST_F(frmFlashCardTest, ACardDeletedMeanwhileIsReportedAndTheSessionGoesOn)
+TEST_F(frmFlashCardTest, TheExitButtonAndTheCloseBoxCloseToo)
+{
+    for (const bool byButton : {true, false}) {
+        open();
+        const QSignalSpy closed(window, &frmFlashCard::closed);
+        byButton ? run(Exit) : static_cast<void>(window->close());
+        EXPECT_EQ(closed.count(), 1);
+        settle();
+        EXPECT_TRUE(window.isNull());
+    }
+}
+
+TEST_F(frmFlashCardTest, AnEscapeThatIsHeldDownFromAQuestionBeforeDoesNotClose)
 {
     open();
-    {
-        SubjectStore other(file);
-        CardSet cards = other.openRecordSet(cardsOfTopic(large));
-        cards.setAbsolutePosition(1);
-        cards.remove();
-    }
-    DialogAnswers answers;
-    answers.press(QMessageBox::Ok);
-    key(Qt::Key_Right);
-    EXPECT_EQ(answers.last().icon, QMessageBox::Critical);
-    EXPECT_TRUE(answers.last().text.contains(QString::fromStdString(file.string())));
-    EXPECT_EQ(shown(), QString()) << "the card before must not be shown in its place";
-    key(Qt::Key_Right);
-    EXPECT_EQ(shown(), QStringLiteral("front 3"));
+    repeatKey(Qt::Key_Escape);
+    EXPECT_TRUE(isOpen());
+}
+
+TEST_F(frmFlashCardTest, TheSubjectIsClosedWithTheWindowNotAfterIt)
+{
+    open();
+    const auto isInUse = [this] {
+        bool found = false;
+        for (const auto &descriptor : std::filesystem::directory_iterator("/proc/self/fd")) {
+            std::error_code gone;
+            found = found || std::filesystem::read_symlink(descriptor, gone) == std::filesystem::canonical(file);
+        }
+        return found;
+    };
+    EXPECT_TRUE(isInUse());
+    bool afterwards = true;
+    QObject::connect(window, &frmFlashCard::closed, window, [&] { afterwards = isInUse(); });
+    window->close();
+    EXPECT_FALSE(afterwards);
+}
+
+TEST_F(frmFlashCardTest, HasTheLearnersColour)
+{
+    module->settings.write(QStringLiteral("Settings"), QStringLiteral("Color"), QStringLiteral("255"));
+    open();
+    EXPECT_EQ(window->paperColor(), QColor(Qt::red));
+}
+
+TEST_F(frmFlashCardTest, ThePlacementIsThatOfTheSessionBefore)
+{
+    open();
+    window->resize(700, 650);
+    window->close();
+    settle();
+    open();
+    EXPECT_EQ(window->size(), QSize(700, 650));
 }
 
 TEST_F(frmFlashCardTest, ASubjectThatCannotBeOpenedGivesNoWindow)
@@ -277,39 +321,19 @@ TEST_F(frmFlashCardTest, ASubjectThatCannotBeOpenedGivesNoWindow)
 
 TEST_F(frmFlashCardTest, EveryButtonStaysWithinTheSmallestWindow)
 {
-    open();
+    open(20);
+    run(Mark);
     window->resize(10, 10);
-    QTest::qWait(0);
-    for (int button = 0; button <= 10; ++button) {
-        const auto &made = control<ImageButton>(*window, qPrintable(QStringLiteral("Image1(%1)").arg(button)));
+    QCoreApplication::processEvents();
+    const QRect text(front().mapTo(window, QPoint(0, 0)), front().size());
+    for (int index = Mark; index <= FlipDown; ++index) {
+        const ImageButton &made = button(static_cast<Command>(index));
         const QRect place(made.mapTo(window, QPoint(0, 0)), made.size());
-        EXPECT_TRUE(window->rect().contains(place)) << button;
-        EXPECT_FALSE(made.isVisible() && place.intersects(QRect(front().mapTo(window, QPoint(0, 0)), front().size())))
-            << button;
+        EXPECT_TRUE(made.isVisible()) << index;
+        EXPECT_TRUE(window->rect().contains(place)) << index;
+        EXPECT_FALSE(place.intersects(text)) << index;
     }
     EXPECT_GT(front().height(), 100);
-}
-
-TEST_F(frmFlashCardTest, LongTextsScrollByThePageKeys)
-{
-    {
-        SubjectStore store(file);
-        CardSet cards = store.openRecordSet(cardsOfTopic(large));
-        cards.edit();
-        std::string lines = "{\\rtf1 ";
-        for (int line = 0; line < 300; ++line) {
-            lines += "line\\par ";
-        }
-        cards.setText(CardField::Front, lines + "}");
-        cards.update();
-    }
-    open();
-    const QScrollBar *scroll = front().verticalScrollBar();
-    EXPECT_EQ(scroll->value(), 0);
-    key(Qt::Key_PageDown);
-    EXPECT_GT(scroll->value(), 0);
-    key(Qt::Key_PageUp);
-    EXPECT_EQ(scroll->value(), 0);
 }
 
 } // namespace

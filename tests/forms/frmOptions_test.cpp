@@ -302,4 +302,13 @@ TEST_F(frmOptionsTest, ItCanBeUsedByTheKeyboardAlone)
     EXPECT_FALSE(module->study.cancelled);
 }
 
+TEST_F(frmOptionsTest, EnterOnCancelCancels)
+{
+    open();
+    control<QPushButton>(*window, "cmdOK(0)").setFocus();
+    QTest::keyClick(window->focusWidget(), Qt::Key_Return);
+    EXPECT_FALSE(window && window->isVisible());
+    EXPECT_TRUE(module->study.cancelled);
+}
+
 } // namespace

@@ -380,4 +380,69 @@ TEST_F(FlashCardSessionTest, ARestartKeepsTheCardsAndTheirOrder)
     EXPECT_EQ(session.count(), 5);
 }
 
+// The file is replaced by another one while the session is open.
+
+class AReplacedFile : public FlashCardSessionTest
+{
+protected:
+    /// A copy of the subject takes its place, after another program has run \p statements on it.
+    void replaceBy(const std::string &statements) const
+    {
+        const std::filesystem::path copy = folder.file("copy.crl");
+        std::filesystem::copy_file(subject, copy);
+        SQLite::Database(copy.string(), SQLite::OPEN_READWRITE).exec(statements);
+        std::filesystem::rename(copy, subject);
+    }
+};
+
+TEST_F(AReplacedFile, IsMarkedAndShuffledIfItHasTheCard)
+{
+    FlashCardSession session = open();
+    ASSERT_TRUE(session.next());
+    replaceBy("DELETE FROM FlashCards WHERE \"Index\" = 5");
+    session.toggleMark();
+    EXPECT_TRUE(session.isMarked());
+    EXPECT_EQ(inFile("Marked"), "0 1 0 0");
+    EXPECT_EQ(session.position(), 1);
+    EXPECT_EQ(session.count(), 4) << "it goes on with the cards of that file";
+    ASSERT_TRUE(session.shuffle(drawFor42531()));
+    EXPECT_EQ(session.count(), 4);
+    EXPECT_NE(inFile("Shuffle"), "0.0 0.0 0.0 0.0");
+}
+
+TEST_F(AReplacedFile, KeepsTheOrderOfAShuffle)
+{
+    FlashCardSession session = open();
+    ASSERT_TRUE(session.shuffle(drawFor42531()));
+    ASSERT_TRUE(session.next());
+    replaceBy("UPDATE FlashCards SET Marked = 0");
+    session.toggleMark();
+    EXPECT_EQ(inFile("Marked"), "0 1 0 0 0");
+    EXPECT_EQ(cardsAhead(session), "2531");
+}
+
+TEST_F(AReplacedFile, IsNotWrittenIfItHasAnotherCardInItsPlace)
+{
+    for (const char *change :
+         {"UPDATE FlashCards SET Front = 'other' WHERE \"Index\" = 1",
+          "UPDATE FlashCards SET Back = 'other' WHERE \"Index\" = 1", "DELETE FROM FlashCards WHERE \"Index\" = 1"}) {
+        FlashCardSession session = open();
+        replaceBy(change);
+        for (int command = 0; command < 2; ++command) {
+            try {
+                command == 0 ? session.toggleMark() : static_cast<void>(session.shuffle([] { return 0.5F; }));
+                ADD_FAILURE() << "written after " << change;
+            } catch (const StoreError &failure) {
+                EXPECT_EQ(failure.reason(), StoreError::Reason::RowGone) << change;
+            }
+        }
+        EXPECT_EQ(inFile("Marked").find('1'), std::string::npos) << change;
+        EXPECT_EQ(inFile("Shuffle").find('5'), std::string::npos) << change;
+        EXPECT_EQ(session.count(), 5) << "the cards can be read on";
+        EXPECT_EQ(session.text(Side::Front), rtfOf("front 1")) << change;
+        std::filesystem::remove(subject);
+        SetUp();
+    }
+}
+
 } // namespace
