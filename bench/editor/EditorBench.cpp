@@ -6,8 +6,11 @@
 #include "app/Module1.h"
 #include "bench/rtf/RtfSamples.h"
 #include "bench/support/BareEngine.h"
+#include "bench/support/FreshHome.h"
 #include "bench/support/LargeSubject.h"
 #include "bench/support/Measure.h"
+#include "bench/support/PaintWatch.h"
+#include "bench/support/PairTable.h"
 #include "forms/frmEditCards/frmEditCards.h"
 #include "forms/frmNotes/frmNotes.h"
 #include "platform/RichTextBox.h"
@@ -16,7 +19,6 @@
 #include <QApplication>
 #include <QMessageBox>
 #include <QPushButton>
-#include <QTemporaryDir>
 #include <QTest>
 #include <QTextDocument>
 #include <QTimer>
@@ -35,38 +37,6 @@ constexpr int bytesOfNotes = 1'000'000;
 constexpr int openings = 21;
 constexpr int keystrokes = 101;
 
-bool everyBoundHolds = true;
-
-void printRow(const char *thing, double ours, double floor, bool holds)
-{
-    everyBoundHolds = everyBoundHolds && holds;
-    std::printf("| %-44s | %9.2f | %9.2f | %5.2f | %-4s |\n", thing, ours, floor, ours / floor, holds ? "ok" : "OVER");
-    std::fflush(stdout);
-}
-
-/// Notices that a widget is painted.
-class PaintWatch : public QObject
-{
-public:
-    explicit PaintWatch(QWidget &widget) { widget.installEventFilter(this); }
-
-    void waitForPaint() const
-    {
-        while (!m_isPainted) {
-            QCoreApplication::processEvents();
-        }
-    }
-
-    bool eventFilter(QObject * /*watched*/, QEvent *event) override
-    {
-        m_isPainted = m_isPainted || event->type() == QEvent::Paint;
-        return false;
-    }
-
-private:
-    bool m_isPainted = false;
-};
-
 double millisecondsToOpenEditor(Module1 &module, int topic)
 {
     module.study.cardQuery = cardsOfTopic(topic);
@@ -82,45 +52,27 @@ double millisecondsToOpenEditor(Module1 &module, int topic)
     return time / 1000;
 }
 
-double millisecondsToScan(const fs::path &path)
-{
-    return microseconds([&] {
-               BareEngine engine(path);
-               BareStatement select(engine, "SELECT \"Index\" FROM FlashCards WHERE NIndex = 1");
-               require(keysOf(select).size() == cardsOfLargeTopic, "cards are missing");
-           }) /
-           1000;
-}
-
-void benchOpening(const fs::path &folder)
+void benchOpening(PairTable &table, const fs::path &folder)
 {
     const fs::path path = folder / "Large.crl";
     makeLargeSubject(path, cardsOfLargeTopic);
     Module1 module;
     module.subject = subjectAt(QString::fromStdString(path.string()));
-    millisecondsToOpenEditor(module, 1);
-    millisecondsToScan(path);
-    std::vector<double> ours;
-    std::vector<double> floor;
-    for (int round = 0; round < openings; ++round) {
-        ours.push_back(millisecondsToOpenEditor(module, 1));
-        floor.push_back(millisecondsToScan(path));
-    }
-    printRow("open the editor on 100,000 cards | key scan", median(ours), median(floor),
-             median(ours) <= openingBesideScan * median(floor));
+    const PairOfTimes times = inTurn(
+        openings, [&] { return millisecondsToOpenEditor(module, 1); },
+        [&] {
+            return millisecondsToScan(path, "SELECT \"Index\" FROM FlashCards WHERE NIndex = 1", cardsOfLargeTopic);
+        });
+    table.row("open the editor on 100,000 cards | key scan", median(times.ours), median(times.floor),
+              median(times.ours) <= openingBesideScan * median(times.floor));
 }
 
 double millisecondsOfLetter(QTextEdit &box)
 {
-    return microseconds([&] {
-               const PaintWatch watch(*box.viewport());
-               QTest::keyClick(&box, Qt::Key_X);
-               watch.waitForPaint();
-           }) /
-           1000;
+    return millisecondsUntilPainted(*box.viewport(), [&] { QTest::keyClick(&box, Qt::Key_X); });
 }
 
-void benchTyping(const fs::path &folder)
+void benchTyping(PairTable &table, const fs::path &folder)
 {
     const fs::path path = folder / "Notes.crl";
     SubjectStore::create(path);
@@ -129,9 +81,9 @@ void benchTyping(const fs::path &folder)
     Module1 module;
     module.subject = subjectAt(QString::fromStdString(path.string()));
     auto *window = new frmNotes(module);
-    window->resize(900, 620);
     window->show();
     require(QTest::qWaitForWindowActive(window), "the window does not come to the front");
+    window->resize(900, 620); // not before: the window then takes the size that is kept for it
     QTest::keyClick(window, Qt::Key_E, Qt::AltModifier);
     auto &box = *window->findChild<RichTextBox *>(QStringLiteral("RichTextBox1"));
     require(!box.isLocked(), "the notes cannot be edited");
@@ -148,16 +100,11 @@ void benchTyping(const fs::path &folder)
             cursor.setPosition(static_cast<int>(share * (edit->document()->characterCount() - 1)));
             edit->setTextCursor(cursor);
             edit->ensureCursorVisible();
-            millisecondsOfLetter(*edit);
         }
-        std::vector<double> ours;
-        std::vector<double> floor;
-        for (int round = 0; round < keystrokes; ++round) {
-            ours.push_back(millisecondsOfLetter(box));
-            floor.push_back(millisecondsOfLetter(bare));
-        }
-        const std::string thing = std::string("letter at the ") + where + " of 1 MB of notes | bare box";
-        printRow(thing.c_str(), median(ours), median(floor), median(ours) < millisecondsOfKeystroke);
+        const PairOfTimes times = inTurn(
+            keystrokes, [&] { return millisecondsOfLetter(box); }, [&] { return millisecondsOfLetter(bare); });
+        table.row(std::string("letter at the ") + where + " of 1 MB of notes | bare box", median(times.ours),
+                  median(times.floor), median(times.ours) < millisecondsOfKeystroke);
     }
     bare.hide();
     QTimer::singleShot(0, window, [] {
@@ -172,19 +119,12 @@ void benchTyping(const fs::path &folder)
 
 int main(int argc, char **argv)
 {
-    const QTemporaryDir home; // the learner's own settings stay out of it
-    qputenv("XDG_CONFIG_HOME", home.path().toUtf8());
-    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    }
+    const FreshHome home;
     const QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
 
-    std::printf("| %-44s | %9s | %9s | %5s | %-4s |\n", "milliseconds, ours beside the floor", "ours", "floor", "ratio",
-                "");
-    std::printf("|%s|%s:|%s:|%s:|%s|\n", std::string(46, '-').c_str(), std::string(10, '-').c_str(),
-                std::string(10, '-').c_str(), std::string(6, '-').c_str(), std::string(6, '-').c_str());
-    benchOpening(home.path().toStdString());
-    benchTyping(home.path().toStdString());
-    return everyBoundHolds ? 0 : 1;
+    PairTable table("milliseconds, ours beside the floor");
+    benchOpening(table, home.path());
+    benchTyping(table, home.path());
+    return table.everyBoundHolds() ? 0 : 1;
 }

@@ -2,6 +2,7 @@
 
 #include "bench/support/Measure.h"
 
+#include <cstddef>
 #include <filesystem>
 #include <sqlite3.h>
 #include <string>
@@ -74,4 +75,15 @@ inline std::vector<int> keysOf(sqlite3_stmt *select)
     }
     sqlite3_reset(select);
     return keys;
+}
+
+/// Milliseconds to open the file at \p path and to read the \p count keys that \p select names.
+inline double millisecondsToScan(const std::filesystem::path &path, const std::string &select, std::size_t count)
+{
+    return microseconds([&] {
+               BareEngine engine(path);
+               BareStatement statement(engine, select);
+               require(keysOf(statement).size() == count, "cards are missing");
+           }) /
+           1000;
 }
