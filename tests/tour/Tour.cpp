@@ -1,5 +1,6 @@
 #include "app/Module1.h"
 #include "app/ProgramFiles.h"
+#include "forms/frmCardOptions/frmCardOptions.h"
 #include "forms/frmEditCards/frmEditCards.h"
 #include "forms/frmFlashCard/frmFlashCard.h"
 #include "forms/frmNotes/frmNotes.h"
@@ -172,6 +173,7 @@ void Tour::setUpStudy()
     clickItem(topics, 1);
     picture(wizard, "topics", "The study wizard asks for the style and the topics...");
     click(wizard, "cmdOK(2)");
+    click(wizard, "Check2");
     picture(wizard, "options", "...and then for the options.");
     click(wizard, "cmdOK(2)");
 }
@@ -182,15 +184,44 @@ void Tour::turnCards()
     session.resize(900, 620);
     auto &front = control<RichTextBox>(session, "RichTextBox1(0)");
     auto &back = control<RichTextBox>(session, "RichTextBox1(1)");
+    const auto &mark = control<QLabel>(session, "Label1(1)");
+    const auto &countdown = control<QLabel>(session, "Label1(2)");
     expect(front.isVisible() && !back.isVisible(), "a card starts on its front");
+    expect(countdown.isVisible(), "the flipper counts down");
     const QString question = front.toPlainText();
     QTest::keyClick(&session, Qt::Key_Right);
     expect(front.toPlainText() != question, "the next card asks something else");
-    picture(session, "question", "A card's question.");
+    if (!mark.isVisible()) { // a tour that ended early has left it marked
+        QTest::keyClick(&session, Qt::Key_M);
+    }
+    expect(mark.isVisible(), "a card can be marked");
+    picture(session, "question", "A card's question, marked for later; the flipper counts down.");
     QTest::keyClick(&session, Qt::Key_Down);
     expect(back.isVisible() && !front.isVisible(), "the card turns over");
     expect(!back.toPlainText().isEmpty(), "the back has an answer");
     picture(session, "answer", "The card turned over.");
+    QTest::keyClick(&session, Qt::Key_M);
+    expect(!mark.isVisible(), "the mark can be taken away");
+
+    withDialog([this] {
+        auto &options = visible<frmCardOptions>();
+        click(options, "Check1");
+        picture(options, "card-options", "The options can be changed on the way.");
+        click(options, "Command1(0)");
+    });
+    click(session, "Image1(3)");
+    expect(front.toPlainText() == question && front.isVisible(), "the options begin again at the first card");
+    withDialog([] {
+        expect(visible<QMessageBox>().windowTitle() == QStringLiteral("Shuffle Flash Cards"), "shuffling asks first");
+        answer(QMessageBox::Yes);
+    });
+    QTest::keyClick(&session, Qt::Key_S);
+    withDialog([] {
+        expect(visible<QMessageBox>().windowTitle() == QStringLiteral("First Flash Card"),
+               "a shuffled session begins with the first card");
+        answer(QMessageBox::Ok);
+    });
+    QTest::keyClick(&session, Qt::Key_Left);
     QTest::keyClick(&session, Qt::Key_Escape);
 }
 
