@@ -6,12 +6,16 @@
 #include <optional>
 #include <string_view>
 
+/// Gives every card of \p cards, from the current one back to the first, the next number that
+/// \p draw gives as its sort key. Leaves the set before its first card. A card that was
+/// deleted meanwhile is passed over.
+void drawSortKeys(CardSet &cards, const RandomDraw &draw);
+
 /// Gives every card of \p cards a new sort key, and returns the cards that \p cardQuery
 /// selects in the new order, on the first one. Both sets belong to \p store.
 ///
-/// From the last card to the first each one gets the next number that \p draw gives;
-/// the last card gets one twice and keeps the second. A card deleted meanwhile is
-/// passed over. All in one transaction: after a failure, and when the query selects no card
-/// any more (nothing is returned), the file is as it was. \p cards keeps its current row.
+/// The keys are drawn from the last card to the first; the last card gets one twice and
+/// keeps the second. All in one transaction: after a failure, and when the query selects no
+/// card any more (nothing is returned), the file is as it was. \p cards keeps its current row.
 [[nodiscard]] std::optional<CardSet> shuffle(SubjectStore &store, CardSet &cards, std::string_view cardQuery,
                                              const RandomDraw &draw);
