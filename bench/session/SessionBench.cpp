@@ -4,14 +4,15 @@
 // 99th percentile too. Exits with 1 if a bound is broken.
 
 #include "app/Module1.h"
-#include "bench/session/SampleCards.h"
 #include "bench/session/ShuffleBench.h"
 #include "bench/support/BareEngine.h"
 #include "bench/support/FreshHome.h"
+#include "bench/support/KeystrokeRows.h"
 #include "bench/support/LargeSubject.h"
 #include "bench/support/Measure.h"
 #include "bench/support/PaintWatch.h"
 #include "bench/support/PairTable.h"
+#include "bench/support/SampleCards.h"
 #include "forms/frmFlashCard/frmFlashCard.h"
 #include "platform/RichTextBox.h"
 
@@ -23,13 +24,10 @@
 #include <array>
 #include <memory>
 #include <string>
-#include <utility>
 
 namespace fs = std::filesystem;
 
 namespace {
-
-constexpr double millisecondsOfKeystroke = 16;
 
 constexpr int cardsOfTexts = 10'000;
 constexpr int moves = 1'000;
@@ -160,14 +158,6 @@ private:
     QTextEdit m_back{&m_holder};
 };
 
-void addRows(PairTable &table, const std::string &thing, const PairOfTimes &times)
-{
-    for (const auto &[name, share] : {std::pair{"", 0.5}, {", 99th percentile", 0.99}}) {
-        const double ours = quantile(times.ours, share);
-        table.row(thing + name, ours, quantile(times.floor, share), ours < millisecondsOfKeystroke);
-    }
-}
-
 QString bareText(int card, bool front)
 {
     return QString::fromStdString(sideText(Markup::Html, card, front));
@@ -180,7 +170,7 @@ void benchMoves(PairTable &table, Module1 &module)
     int card = 0;
     const PairOfTimes times = inTurn(
         moves, [&] { return session.timeNext(); }, [&] { return bare.timeText(bareText(++card, true)); });
-    addRows(table, "next card | bare box", times);
+    addKeystrokeRows(table, "next card | bare box", times);
 }
 
 void benchPictures(PairTable &table, const fs::path &folder)
@@ -218,8 +208,8 @@ void benchTurning(PairTable &table, Module1 &module)
         toFront.ours.push_back(session.timeTurn(true));
         toFront.floor.push_back(bare.timeTurn(true));
     }
-    addRows(table, "turn to the back | two bare boxes", toBack);
-    addRows(table, "turn to the front again | two bare boxes", toFront);
+    addKeystrokeRows(table, "turn to the back | two bare boxes", toBack);
+    addKeystrokeRows(table, "turn to the front again | two bare boxes", toFront);
 }
 
 double millisecondsToOpen(Module1 &module)

@@ -4,12 +4,12 @@
 #include "bench/support/LargeSubject.h"
 #include "bench/support/Measure.h"
 #include "bench/support/PairTable.h"
+#include "bench/support/SeededDraw.h"
 #include "study/FlashCardSession.h"
 
 #include <algorithm>
 #include <array>
 #include <optional>
-#include <random>
 #include <string>
 #include <utility>
 #include <vector>
@@ -50,19 +50,12 @@ struct BareShuffles
     Shuffles updatesAndReading;
 };
 
-/// The same numbers every time.
-RandomDraw numbers(unsigned seed)
-{
-    return
-        [generator = std::mt19937(seed)]() mutable { return std::uniform_real_distribution<float>(0, 1)(generator); };
-}
-
 Shuffles timeSession(const fs::path &path, int cards)
 {
     FlashCardSession session(path, StudySettings{.cardQuery = cardQuery(std::array{1})}, [] { return 0.0F; });
     require(session.count() == cards, "cards are missing");
     const auto shuffle = [&](unsigned seed) {
-        const Action action = [&] { require(session.shuffle(numbers(seed)), "the session does not shuffle"); };
+        const Action action = [&] { require(session.shuffle(seededDraw(seed)), "the session does not shuffle"); };
         return microseconds(action) / cards;
     };
     Shuffles times;
@@ -109,7 +102,7 @@ public:
 private:
     [[nodiscard]] std::vector<float> drawn(unsigned seed) const
     {
-        const RandomDraw draw = numbers(seed);
+        const RandomDraw draw = seededDraw(seed);
         std::vector<float> drawn(m_keys.size() + 1);
         std::ranges::generate(drawn, draw);
         return drawn;

@@ -1,4 +1,4 @@
-#include "bench/session/SampleCards.h"
+#include "bench/support/SampleCards.h"
 
 #include <QBuffer>
 #include <QImage>
