@@ -20,6 +20,11 @@ struct Question
     QMessageBox::StandardButton escape;  ///< what Escape and the close box say
 };
 
+Question yesNoCancel(QMessageBox::Icon icon)
+{
+    return {icon, yesNo | QMessageBox::Cancel, QMessageBox::Yes, QMessageBox::Cancel};
+}
+
 int ask(QWidget *parent, const Question &question, const QString &text, const QString &title)
 {
     QMessageBox box(question.icon, title, text, question.buttons, parent);
@@ -85,8 +90,12 @@ Answer askYesNo(QWidget *parent, const QString &question, const QString &title)
 
 Answer askYesNoCancel(QWidget *parent, const QString &question, const QString &title)
 {
-    const Question form{QMessageBox::Question, yesNo | QMessageBox::Cancel, QMessageBox::Yes, QMessageBox::Cancel};
-    return answerOf(ask(parent, form, question, title));
+    return answerOf(ask(parent, yesNoCancel(QMessageBox::Question), question, title));
+}
+
+Answer offerYesNoCancel(QWidget *parent, const QString &question, const QString &title)
+{
+    return answerOf(ask(parent, yesNoCancel(QMessageBox::Information), question, title));
 }
 
 Answer askWarned(QWidget *parent, const QString &question, const QString &title)

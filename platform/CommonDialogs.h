@@ -21,6 +21,9 @@ void showFailure(QWidget *parent, const QString &text, const QString &details, c
 /// A question icon, Yes, No and Cancel; Escape and the close box say Cancel.
 [[nodiscard]] Answer askYesNoCancel(QWidget *parent, const QString &question, const QString &title);
 
+/// The same with an information icon.
+[[nodiscard]] Answer offerYesNoCancel(QWidget *parent, const QString &question, const QString &title);
+
 /// A warning icon, Yes and No; Enter, Escape and the close box say No: for what cannot be undone.
 [[nodiscard]] Answer askWarned(QWidget *parent, const QString &question, const QString &title);
 

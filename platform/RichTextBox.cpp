@@ -379,10 +379,10 @@ void RichTextBox::updatePointer(const QPoint &point, bool opensLinks)
 
 // Looks.
 
-void RichTextBox::setCentered(bool centered)
+void RichTextBox::setCentered(Qt::Orientations directions)
 {
-    m_centered = centered;
-    if (centered) {
+    m_centered = directions;
+    if (directions) {
         connect(document()->documentLayout(), &QAbstractTextDocumentLayout::documentSizeChanged, this,
                 &RichTextBox::center, Qt::UniqueConnection);
     }
@@ -398,13 +398,19 @@ void RichTextBox::center()
     }
     const QScopedValueRollback<bool> centering(m_isCentering, true);
     setViewportMargins({}); // so that the text is laid out in the whole box
+    if (verticalScrollBar()->maximum() > 0 && document()->size().height() < 2 * contentsRect().height()) {
+        // Beside a scroll bar, the text may be higher than the box only because of the scroll bar.
+        setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+        setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    }
     const double height = document()->size().height();
     const QSizeF room = contentsRect().size() - QSizeF(document()->idealWidth(), height);
     if (room.height() < 0) {
         return;
     }
-    const int beside = qMax(0, qFloor(room.width() / 2) - 1); // less the part of a pixel that a line may be wider
-    const int above = qFloor(room.height() / 2);
+    const int above = m_centered & Qt::Vertical ? qFloor(room.height() / 2) : 0;
+    // Less the part of a pixel that a line may be wider.
+    const int beside = m_centered & Qt::Horizontal ? qMax(0, qFloor(room.width() / 2) - 1) : 0;
     setViewportMargins(beside, above, beside, 0);
     if (document()->size().height() > height) {
         setViewportMargins(0, above, 0, 0); // lines that are broken at the box's width would be broken once more

@@ -52,9 +52,9 @@ public:
     void setLocked(bool locked);
     [[nodiscard]] bool isLocked() const;
 
-    /// Keeps a text that is lower than the box in the box's middle, as one block: its lines keep their
-    /// alignment to one another. A higher one scrolls as ever.
-    void setCentered(bool centered);
+    /// Keeps a text that is lower than the box in its middle in these directions, as one block: its lines
+    /// keep their alignment to one another. A higher one scrolls as ever.
+    void setCentered(Qt::Orientations directions);
 
     /// Shows small writing larger, for reading from further away: the whole text magnified, with its
     /// margins, tab stops and pictures, so that the size that most of its letters have is at least
@@ -153,7 +153,7 @@ private:
     QString m_pressedLink;            ///< address of the link that a click began on
     std::unique_ptr<TextMagnifier> m_magnifier;
     double m_leastTextSize = 0; ///< points
-    bool m_centered = false;
+    Qt::Orientations m_centered;
     bool m_isCentering = false;
     bool m_hasHand = false; ///< the mouse pointer is a hand
 };

@@ -149,6 +149,35 @@ TEST(MessageBoxes, YesNoCancelAnswers)
     EXPECT_EQ(askYesNoCancel(nullptr, QStringLiteral("Sure?"), title), Answer::Cancel) << "closed";
 }
 
+TEST(MessageBoxes, AnOfferedQuestionHasTheInformationIconAndEscapeSaysCancel)
+{
+    const auto look = [](QWidget &window) {
+        const auto &box = dynamic_cast<QMessageBox &>(window);
+        EXPECT_EQ(box.objectName(), QStringLiteral("MessageBox1"));
+        EXPECT_EQ(box.windowTitle(), title);
+        EXPECT_EQ(box.text(), QStringLiteral("Now?"));
+        EXPECT_EQ(box.icon(), QMessageBox::Information);
+        EXPECT_EQ(box.standardButtons(), QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel);
+        EXPECT_TRUE(box.isModal());
+    };
+    const auto lookAnd = [look](const Learner::Deed &deed) {
+        return [look, deed](QWidget &window) {
+            look(window);
+            deed(window);
+        };
+    };
+    const auto offer = [] { return offerYesNoCancel(nullptr, QStringLiteral("Now?"), title); };
+    const Learner learner({lookAnd(press(QMessageBox::Yes)), lookAnd(press(QMessageBox::No)),
+                           lookAnd(press(QMessageBox::Cancel)), lookAnd(pressEscape), lookAnd(closeIt),
+                           [](QWidget &window) { QTest::keyClick(&window, Qt::Key_Return); }});
+    EXPECT_EQ(offer(), Answer::Yes);
+    EXPECT_EQ(offer(), Answer::No);
+    EXPECT_EQ(offer(), Answer::Cancel);
+    EXPECT_EQ(offer(), Answer::Cancel) << "Escape";
+    EXPECT_EQ(offer(), Answer::Cancel) << "closed";
+    EXPECT_EQ(offer(), Answer::Yes) << "Enter";
+}
+
 TEST(MessageBoxes, QuestionsHaveTheQuestionIconAndEnterSaysYes)
 {
     const Learner learner({[](QWidget &window) {

@@ -441,7 +441,7 @@ TEST_F(Reading, TextIsSelectedByTheMouseWhereItIsSeen)
 
 TEST_F(Reading, AMagnifiedTextIsCentredToo)
 {
-    m_large.setCentered(true);
+    m_large.setCentered(Qt::Horizontal | Qt::Vertical);
     for (const int points : {10, 6, 30, 10}) {
         show(ofSize(points, "one\\par two\\par three"));
         for (const int height : {400, 300, 500}) {
@@ -456,7 +456,7 @@ TEST_F(Reading, AMagnifiedTextIsCentredToo)
 
 TEST_F(Reading, ALongTextScrollsToItsEndByKeysAndWheel)
 {
-    m_large.setCentered(true);
+    m_large.setCentered(Qt::Horizontal | Qt::Vertical);
     std::string lines;
     for (int line = 0; line < 60; ++line) {
         lines += "line\\par ";
@@ -542,7 +542,7 @@ TEST_F(Reading, ABoxMayEndWhileItMagnifies)
 {
     auto box = std::make_unique<RichTextBox>();
     box->setLeastTextSize(readable);
-    box->setCentered(true);
+    box->setCentered(Qt::Horizontal | Qt::Vertical);
     box->setRtf(allKinds);
     box->show();
     box->grab();

@@ -16,6 +16,7 @@
 #include <QTextDocument>
 #include <QTextList>
 #include <QWheelEvent>
+#include <QtMath>
 
 #include <array>
 #include <functional>
@@ -558,7 +559,7 @@ class CenteredBox : public testing::Test
 protected:
     CenteredBox()
     {
-        box.setCentered(true);
+        box.setCentered(Qt::Horizontal | Qt::Vertical);
         box.resize(300, 200);
         box.show();
     }
@@ -664,7 +665,7 @@ TEST_F(CenteredBox, ATextAsWideAsTheBoxIsBrokenAsInAnyBox)
 TEST_F(CenteredBox, StandsInTheMiddleWhenItWasFilledBeforeItWasSeen)
 {
     RichTextBox hidden;
-    hidden.setCentered(true);
+    hidden.setCentered(Qt::Horizontal | Qt::Vertical);
     hidden.resize(500, 300);
     hidden.setTextRtf(QStringLiteral("{\\rtf1 Paris\\par}"));
     hidden.show();
@@ -684,7 +685,7 @@ TEST_F(CenteredBox, NeedsNoScrollBarFromSideToSideForATextThatIsBroken)
 {
     for (int width = 200; width < 500; width += 3) {
         RichTextBox hidden;
-        hidden.setCentered(true);
+        hidden.setCentered(Qt::Horizontal | Qt::Vertical);
         hidden.resize(50, 30);
         hidden.setTextRtf(
             QStringLiteral("{\\rtf1 In which year did this happen, and who was responsible for it?\\par}"));
@@ -693,6 +694,29 @@ TEST_F(CenteredBox, NeedsNoScrollBarFromSideToSideForATextThatIsBroken)
         EXPECT_EQ(hidden.horizontalScrollBar()->maximum(), 0) << width;
         const QRect ink = inkOf(hidden);
         EXPECT_NEAR(ink.left(), hidden.width() - ink.right(), 8) << width;
+    }
+}
+
+TEST_F(CenteredBox, CanStandInTheMiddleInOneDirectionOnly)
+{
+    box.setTextRtf(QStringLiteral("{\\rtf1 Paris\\par}"));
+    box.setCentered(Qt::Vertical);
+    EXPECT_LT(inkOf(box).left(), 12);
+    EXPECT_NEAR(inkOf(box).top(), box.height() - inkOf(box).bottom(), 14);
+    box.setCentered(Qt::Horizontal);
+    EXPECT_NEAR(inkOf(box).left(), box.width() - inkOf(box).right(), 4);
+    EXPECT_LT(inkOf(box).top(), 20);
+}
+
+TEST_F(CenteredBox, HasNoScrollBarThatIsNeededOnlyForItself)
+{
+    box.setTextRtf(QStringLiteral("{\\rtf1 In which year did this happen, and who was responsible for it?\\par}"));
+    for (int width = 200; width < 500; ++width) {
+        box.resize(width, 300);
+        const int lines = linesIn(box);
+        box.resize(width, qCeil(box.document()->size().height()) + 2 * box.frameWidth());
+        EXPECT_EQ(box.verticalScrollBar()->maximum(), 0) << width;
+        EXPECT_EQ(linesIn(box), lines) << width;
     }
 }
 
