@@ -10,8 +10,3 @@ RandomDraw generatorSeededFromClock()
         return std::uniform_real_distribution<float>(0, 1)(generator);
     };
 }
-
-float drawSeededFromClock()
-{
-    return generatorSeededFromClock()();
-}

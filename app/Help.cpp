@@ -11,6 +11,7 @@ QString topicName(HelpContext context)
     case HelpContext::EditingNotes: return QStringLiteral("editing notes");
     case HelpContext::CardEditor: return QStringLiteral("the card editor");
     case HelpContext::FlashCardSession: return QStringLiteral("flash-card sessions");
+    case HelpContext::Test: return QStringLiteral("tests");
     }
     return {};
 }

@@ -8,6 +8,7 @@ enum class HelpContext : int {
     EditingNotes = 6,
     CardEditor = 7,
     FlashCardSession = 8,
+    Test = 9,
 };
 
 /// Shows the help's topic \p context over \p window.

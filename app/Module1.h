@@ -1,11 +1,13 @@
 #pragma once
 
+#include "app/Chance.h"
 #include "platform/SettingsStore.h"
 #include "study/StudySettings.h"
 
 #include <QString>
 
 #include <filesystem>
+#include <functional>
 
 class NotebookPage;
 
@@ -24,6 +26,8 @@ struct Module1
     Subject subject;     ///< written by frmOpen only
     StudySettings study; ///< written by frmOptions; its card query also by frmNotes
     SettingsStore settings;
+    /// Makes a generator of random numbers that is seeded anew.
+    std::function<RandomDraw()> newGenerator = generatorSeededFromClock;
 };
 
 /// The subject's path as the store takes it.

@@ -56,6 +56,12 @@ void setFaces(const std::array<ImageButton *, N> &buttons, const std::array<Butt
     }
 }
 
+/// Whether a key with \p modifiers is the key itself. Shift and the keypad make no other one of it.
+[[nodiscard]] inline bool isPlain(Qt::KeyboardModifiers modifiers)
+{
+    return !(modifiers & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier));
+}
+
 /// A command of a window that Alt with a key gives.
 struct AltKey
 {

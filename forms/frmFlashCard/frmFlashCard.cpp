@@ -1,6 +1,5 @@
 #include "forms/frmFlashCard/frmFlashCard.h"
 
-#include "app/Chance.h"
 #include "app/CommandGuard.h"
 #include "app/Help.h"
 #include "app/WindowPlacement.h"
@@ -92,7 +91,7 @@ frmFlashCard::frmFlashCard(Module1 &module)
     , Picture1(makeControl<QWidget>(this, QLatin1String("Picture1")))
     , Timer1(new QTimer(this))
     , m_module(module)
-    , m_session(subjectFile(module.subject), module.study, drawSeededFromClock)
+    , m_session(subjectFile(module.subject), module.study, [&module] { return module.newGenerator()(); })
 {
     setObjectName(QStringLiteral("frmFlashCard"));
     setAttribute(Qt::WA_DeleteOnClose);
@@ -113,7 +112,7 @@ frmFlashCard::frmFlashCard(Module1 &module)
     for (RichTextBox *pane : RichTextBox1) {
         pane->setLocked(true);
         pane->setFrameShape(QFrame::NoFrame);
-        pane->setCentered(true);
+        pane->setCentered(Qt::Horizontal | Qt::Vertical);
         pane->setLeastTextSize(readablePoints);
         pane->setFocusPolicy(Qt::NoFocus);
     }
@@ -330,7 +329,7 @@ void frmFlashCard::shuffle()
     if (askYesNo(this, QStringLiteral("Are you sure you want to shuffle these flash cards?"), title) != Answer::Yes) {
         return;
     }
-    if (m_session.shuffle(generatorSeededFromClock())) {
+    if (m_session.shuffle(m_module.newGenerator())) {
         beginCard();
     } else {
         showInformation(this,
@@ -406,7 +405,7 @@ void frmFlashCard::scrollCard(int key)
 
 void frmFlashCard::keyPressEvent(QKeyEvent *event)
 {
-    const bool plain = !(event->modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier));
+    const bool plain = isPlain(event->modifiers());
     if (plain && event->isAutoRepeat() && !mayRepeat(event->key())) {
         return;
     }

@@ -9,6 +9,7 @@
 #include "forms/frmFlashCard/frmFlashCard.h"
 #include "forms/frmOpen/frmOpen.h"
 #include "forms/frmOptions/frmOptions.h"
+#include "forms/frmTest/frmTest.h"
 #include "platform/ClickSound.h"
 #include "platform/CommonDialogs.h"
 #include "platform/ElidedLabel.h"
@@ -448,21 +449,16 @@ void frmNotes::beginStudy()
         return;
     }
     switch (m_module.study.style) {
-    case StudyStyle::FlashCards: openFlashCards(); break;
-    case StudyStyle::Test:
-        showInformation(this,
-                        QStringLiteral("Tests are not part of this version of Cramlet yet. "
-                                       "Choose \"Flash Cards\" to study these cards."),
-                        QStringLiteral("Test"));
-        break;
+    case StudyStyle::FlashCards: openStudy(new frmFlashCard(m_module)); break;
+    case StudyStyle::Test: openStudy(new frmTest(m_module)); break;
     }
 }
 
-void frmNotes::openFlashCards()
+template <class Window>
+void frmNotes::openStudy(Window *window)
 {
-    auto *session = new frmFlashCard(m_module);
-    connect(session, &frmFlashCard::closed, this, &frmNotes::comeBack);
-    session->show();
+    connect(window, &Window::closed, this, &frmNotes::comeBack);
+    window->show();
     hide();
 }
 

@@ -67,7 +67,8 @@ private:
     void EditFlashCards();
     void study();
     void beginStudy();
-    void openFlashCards();
+    template <class Window>
+    void openStudy(Window *window);
     void comeBack();
     void chooseBackground();
     [[nodiscard]] bool mayClose();

@@ -53,7 +53,7 @@ TEST(Chance, NumbersThatAreEachSeededAnewSpreadTooAndFallOnBothSides)
 {
     int upperHalf = 0;
     for (int draw = 0; draw < 4'000; ++draw) {
-        const float number = drawSeededFromClock();
+        const float number = generatorSeededFromClock()();
         ASSERT_GE(number, 0);
         ASSERT_LT(number, 1);
         upperHalf += number >= 0.5F ? 1 : 0;

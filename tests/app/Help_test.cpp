@@ -24,6 +24,7 @@ TEST(Help, EveryTopicHasItsContextNumber)
     EXPECT_EQ(static_cast<int>(HelpContext::EditingNotes), 6);
     EXPECT_EQ(static_cast<int>(HelpContext::CardEditor), 7);
     EXPECT_EQ(static_cast<int>(HelpContext::FlashCardSession), 8);
+    EXPECT_EQ(static_cast<int>(HelpContext::Test), 9);
 }
 
 TEST(Help, EveryTopicNamesItselfAndSaysWhereToLearnMore)
@@ -36,7 +37,7 @@ TEST(Help, EveryTopicNamesItselfAndSaysWhereToLearnMore)
     for (const Topic &topic :
          {Topic{HelpContext::MainWindow, "the main window"}, Topic{HelpContext::EditingNotes, "editing notes"},
           Topic{HelpContext::CardEditor, "the card editor"},
-          Topic{HelpContext::FlashCardSession, "flash-card sessions"}}) {
+          Topic{HelpContext::FlashCardSession, "flash-card sessions"}, Topic{HelpContext::Test, "tests"}}) {
         const SeenMessage shown = helpOn(topic.context);
         EXPECT_EQ(shown.title, QStringLiteral("Help"));
         EXPECT_EQ(shown.icon, QMessageBox::Information);

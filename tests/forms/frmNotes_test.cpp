@@ -2,8 +2,10 @@
 #include "forms/frmFlashCard/frmFlashCard.h"
 #include "forms/frmOpen/frmOpen.h"
 #include "forms/frmOptions/frmOptions.h"
+#include "forms/frmTest/frmTest.h"
 #include "platform/ImageButton.h"
 #include "platform/PaperPalette.h"
+#include "platform/SelectAnswer.h"
 #include "platform/Twips.h"
 #include "tests/forms/NotesTest.h"
 
@@ -282,22 +284,37 @@ TEST_F(frmNotesTest, TheArrowKeysLeafThroughTheTopics)
     EXPECT_EQ(title(), QStringLiteral("Large"));
 }
 
-TEST_F(frmNotesTest, ATestIsDeclinedHonestlyUntilThereIsOne)
+TEST_F(frmNotesTest, ATestHidesTheWindowAndClosingItGivesItBack)
 {
     open();
     run(Study);
     auto *wizard = visibleWindow<frmOptions>();
     ASSERT_NE(wizard, nullptr);
-    auto &test = control<QAbstractButton>(*wizard, "Option1(1)");
-    QTest::mouseClick(&test, Qt::LeftButton, {}, QPoint(8, test.height() / 2));
+    auto &style = control<QAbstractButton>(*wizard, "Option1(1)");
+    QTest::mouseClick(&style, Qt::LeftButton, {}, QPoint(8, style.height() / 2));
     auto &topics = control<QListWidget>(*wizard, "List1");
     QTest::mouseClick(topics.viewport(), Qt::LeftButton, {}, topics.visualItemRect(topics.item(0)).center());
+    click(*wizard, "cmdOK(2)");
+    click(*wizard, "cmdOK(2)");
+    auto *test = visibleWindow<frmTest>();
+    ASSERT_NE(test, nullptr);
+    EXPECT_FALSE(isOpen());
+    EXPECT_EQ(visibleWindow<frmOptions>(), nullptr);
+    EXPECT_EQ(test->findChildren<SelectAnswer *>().size(), 12) << "20 were asked for";
+    ASSERT_TRUE(QTest::qWaitForWindowActive(test));
+
     DialogAnswers answers;
-    answers.press(QMessageBox::Ok);
-    click(*wizard, "cmdOK(2)");
-    click(*wizard, "cmdOK(2)");
-    EXPECT_EQ(answers.last().title, QStringLiteral("Test"));
+    answers.press(QMessageBox::Cancel);
+    QTest::keyClick(test->focusWidget(), Qt::Key_Escape);
+    EXPECT_TRUE(test->isVisible());
+    EXPECT_FALSE(isOpen());
+    answers.press(QMessageBox::No);
+    QTest::keyClick(test->focusWidget(), Qt::Key_Escape);
+    EXPECT_EQ(answers.last().title, QStringLiteral("Grade Test"));
+    EXPECT_EQ(visibleWindow<frmTest>(), nullptr);
     EXPECT_TRUE(isOpen());
+    EXPECT_TRUE(QTest::qWaitForWindowActive(window));
+    EXPECT_EQ(title(), QStringLiteral("Large"));
 }
 
 TEST_F(frmNotesTest, EditFlashCardsOpensTheEditorOnTheSelectedTopicAndCountsItsCardsAfterwards)

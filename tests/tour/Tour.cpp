@@ -6,7 +6,9 @@
 #include "forms/frmNotes/frmNotes.h"
 #include "forms/frmOpen/frmOpen.h"
 #include "forms/frmOptions/frmOptions.h"
+#include "forms/frmTest/frmTest.h"
 #include "platform/RichTextBox.h"
+#include "platform/SelectAnswer.h"
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -24,6 +26,7 @@
 #include <QTimer>
 
 #include <cstdio>
+#include <random>
 #include <stdexcept>
 
 // The tour: the main job of a learner, done with real clicks and keys on the
@@ -109,12 +112,18 @@ public:
         , m_home(home)
     {
         expect(QDir().mkpath(m_folder), "the folder for the pictures can be made");
+        m_module.newGenerator = [] { // the same questions in every tour
+            return [generator = std::mt19937()]() mutable {
+                return std::uniform_real_distribution<float>(0, 1)(generator);
+            };
+        };
     }
 
     void chooseSubject();
     void readNotes();
     void setUpStudy();
     void turnCards();
+    void takeTest();
     void beginSubject();
     void writeNotes();
     void writeCards();
@@ -223,6 +232,63 @@ void Tour::turnCards()
     });
     QTest::keyClick(&session, Qt::Key_Left);
     QTest::keyClick(&session, Qt::Key_Escape);
+}
+
+void Tour::takeTest()
+{
+    QTest::keyClick(&visible<frmNotes>(), Qt::Key_S, Qt::AltModifier);
+    auto &wizard = visible<frmOptions>();
+    click(wizard, "Option1(1)");
+    auto &topics = control<QListWidget>(wizard, "List1");
+    clickItem(topics, 0);
+    clickItem(topics, 1);
+    click(wizard, "cmdOK(2)");
+    click(wizard, "Check3");
+    click(wizard, "cmdOK(2)");
+
+    auto &test = visible<frmTest>();
+    test.resize(900, 620);
+    expect(control<QLabel>(test, "Label1(0)").text() == QStringLiteral("20:0"), "the clock begins at 20 minutes");
+    const auto selectors = test.findChildren<SelectAnswer *>();
+    constexpr int wrong = 2;
+    constexpr int skipped = 5;
+    for (int question = 0; question < selectors.size(); ++question) {
+        const SelectAnswer &selector = *selectors.at(question);
+        expect(test.focusWidget() == &selector, "the keys go to the current question's selector");
+        const int answer = question == wrong ? selector.correctAnswer() % 2 + 1 : selector.correctAnswer();
+        if (question == skipped) {
+            press(test, Qt::Key_Q);
+        } else {
+            press(test, static_cast<Qt::Key>(Qt::Key_A + answer - 1));
+        }
+        if (question + 1 < selectors.size()) {
+            press(test, Qt::Key_Right);
+        }
+    }
+    press(test, Qt::Key_J);
+    expect(test.focusWidget() == selectors.at(skipped), "the search finds the question without an answer");
+    picture(test, "test", "A test: every question has an answer selector, and one is still open.");
+
+    withDialog([] { answer(QMessageBox::Yes); });
+    QTimer results; // which are told once the question is gone
+    results.setInterval(5);
+    QObject::connect(&results, &QTimer::timeout, &results, [&results] {
+        const auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
+        if (box != nullptr && box->windowTitle() == QStringLiteral("Test Results")) {
+            results.stop();
+            expect(box->text().startsWith(QStringLiteral("Test results: 81% (9 out of 11)")), "the test is graded");
+            answer(QMessageBox::Ok);
+        }
+    });
+    results.start();
+    press(test, Qt::Key_Escape);
+    visible<frmTest>();
+    press(test, Qt::Key_Right);
+    press(test, Qt::Key_Right);
+    expect(test.focusWidget() == selectors.at(wrong), "the questions can be looked through");
+    picture(test, "graded-test", "The graded test shows the right answers and the given ones.");
+    press(test, Qt::Key_Escape);
+    expect(visible<frmNotes>().isVisible(), "the main window comes back");
 }
 
 void Tour::beginSubject()
@@ -343,6 +409,7 @@ int main(int argc, char **argv)
         tour.readNotes();
         tour.setUpStudy();
         tour.turnCards();
+        tour.takeTest();
         tour.beginSubject();
         tour.writeNotes();
         tour.writeCards();
