@@ -210,8 +210,9 @@ void frmTest::connectSelector(int question)
 
 void frmTest::goToQuestion(int question)
 {
-    m_column->selector(question).setFocus(); // which reaches the question, if this window is active
-    if (m_session.current() != question) {
+    const int before = m_timesShown;
+    m_column->selector(question).setFocus(); // which shows the question, if the focus moves in an active window
+    if (m_timesShown == before) {
         reachQuestion(question);
     }
 }
@@ -259,6 +260,7 @@ void frmTest::actOnKey(int question, int key)
 
 void frmTest::ShowQuestion()
 {
+    ++m_timesShown;
     for (RichTextBox *box : RichTextBox1) {
         box->clear(); // a question that cannot be read shows nothing, not the one before
     }
@@ -379,8 +381,7 @@ void frmTest::GradeTest()
     }
     const TestScore score{m_session.questionCount() - static_cast<int>(wrong.size()), m_session.questionCount()};
     showInformation(this, QString::fromStdString(score.message()), QStringLiteral("Test Results"));
-    goToQuestion(0);
-    ShowQuestion(); // as it is reviewed
+    goToQuestion(0); // as it is reviewed, also if it is current
 }
 
 bool frmTest::mayLeave()

@@ -61,6 +61,7 @@ private:
     Module1 &m_module;
     TestSession m_session;
     TestClock m_clock;
+    int m_timesShown = 0; ///< how often a question was shown, or tried to be
 
     std::array<ImageButton *, 5> Image1;       ///< the commands, see Command in the source
     std::array<QLabel *, 6> Label1;            ///< clock, question number, (a), (b), (c), type
