@@ -196,9 +196,8 @@ void frmTest::connectSelector(int question)
             });
         }
     });
-    connect(
-        selector, &SelectAnswer::focusLost, this, [this, question] { takeFocusBack(question); },
-        Qt::QueuedConnection); // when the focus is where it goes
+    connect(selector, &SelectAnswer::focusLost, this, &frmTest::takeFocusBack,
+            Qt::QueuedConnection); // when the focus is where it goes
     connect(selector, &SelectAnswer::keyDown, this, [this, question](int key, Qt::KeyboardModifiers modifiers) {
         if (isPlain(modifiers)) {
             actOnKey(question, key);
@@ -224,14 +223,14 @@ void frmTest::reachQuestion(int question)
     ShowQuestion();
 }
 
-void frmTest::takeFocusBack(int question)
+void frmTest::takeFocusBack()
 {
     QWidget *focused = QApplication::focusWidget();
     const bool mayKeepIt = focused == nullptr || focused->window() != this ||
                            qobject_cast<SelectAnswer *>(focused) != nullptr ||
                            focused->objectName() == QLatin1String("VScroll1");
     if (!mayKeepIt) {
-        m_column->selector(question).setFocus();
+        m_column->selector(m_session.current()).setFocus();
     }
 }
 

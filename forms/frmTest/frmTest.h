@@ -40,7 +40,7 @@ private:
     // Questions.
     void goToQuestion(int question);
     void reachQuestion(int question);
-    void takeFocusBack(int question);
+    void takeFocusBack();
     void actOnKey(int question, int key);
     void ShowQuestion();
 

@@ -3,6 +3,7 @@
 #include "forms/frmFlashCard/frmFlashCard.h"
 #include "platform/ImageButton.h"
 #include "platform/RichTextBox.h"
+#include "tests/support/StoppedClock.h"
 #include "tests/support/WindowTest.h"
 
 #include <QLabel>
@@ -48,7 +49,7 @@ protected:
     {
         module->study.timeSetting = seconds;
         window = new frmFlashCard(*module);
-        clock().installEventFilter(&m_stopper);
+        m_stoppedClock.stop(clock());
         m_secondsBegun = clock().isActive() ? 1 : 0;
         // By the timer itself: its last stop comes when the window is half gone.
         m_watch = clock().bindableActive().addNotifier(
@@ -91,18 +92,7 @@ protected:
     /// How often a second was begun anew, whole, rather than by the one before it passing.
     [[nodiscard]] int secondsBegun() const { return m_secondsBegun; }
     /// Lets a second pass. A clock that is stopped does nothing.
-    void passSecond()
-    {
-        if (!clock().isActive()) {
-            return;
-        }
-        ASSERT_EQ(clock().interval(), 1000);
-        ASSERT_FALSE(clock().isSingleShot());
-        QTimerEvent second(clock().timerId());
-        m_stopper.open = true;
-        QCoreApplication::sendEvent(&clock(), &second);
-        m_stopper.open = false;
-    }
+    void passSecond() { m_stoppedClock.passSecond(); }
     void passSeconds(int count)
     {
         for (int second = 0; second < count; ++second) {
@@ -231,16 +221,6 @@ protected:
     DialogAnswers dialogs;
 
 private:
-    /// Keeps the real seconds from a timer: only those of the test come through.
-    class Stopper : public QObject
-    {
-    public:
-        bool open = false;
-
-    protected:
-        bool eventFilter(QObject *, QEvent *event) override { return event->type() == QEvent::Timer && !open; }
-    };
-
     void expectOneSide()
     {
         EXPECT_NE(front().isVisible(), back().isVisible()) << "one side is to be seen";
@@ -292,7 +272,7 @@ private:
         cards.update();
     }
 
-    Stopper m_stopper;
+    StoppedClock m_stoppedClock;
     QPropertyNotifier m_watch;
     int m_secondsBegun = 0;
 };

@@ -3,6 +3,8 @@
 #include <csignal>
 #include <filesystem>
 #include <gtest/gtest.h>
+#include <memory>
+#include <ostream>
 #include <sqlite3.h>
 #include <string>
 #include <sys/resource.h>
@@ -110,3 +112,32 @@ private:
     std::filesystem::path m_subject;
     std::filesystem::path m_copy;
 };
+
+/// A trouble, and what the learner is told of it.
+struct Cause
+{
+    const char *name;
+    std::unique_ptr<Trouble> (*begin)(const std::filesystem::path &subject);
+    const char *report; ///< what the learner reads of it
+};
+
+inline void PrintTo(const Cause &cause, std::ostream *out)
+{
+    *out << cause.name;
+}
+
+template <class Kind>
+std::unique_ptr<Trouble> begin(const std::filesystem::path &subject)
+{
+    return std::make_unique<Kind>(subject);
+}
+
+inline constexpr Cause locked{"Locked", begin<Locked>, "Another program is busy"};
+inline constexpr Cause fullDisk{"FullDisk", begin<FullDisk>, "could not be read or written"};
+inline constexpr Cause movedAway{"MovedAway", begin<MovedAway>, "cannot be found"};
+inline constexpr Cause deleted{"Deleted", begin<Deleted>, "cannot be found"};
+
+inline std::string nameOfCause(const testing::TestParamInfo<Cause> &row)
+{
+    return row.param.name;
+}

@@ -4,6 +4,7 @@
 #include "platform/ImageButton.h"
 #include "platform/RichTextBox.h"
 #include "platform/SelectAnswer.h"
+#include "tests/support/StoppedClock.h"
 #include "tests/support/WindowTest.h"
 
 #include <QLabel>
@@ -61,7 +62,7 @@ protected:
         module->study.multipleChoicePercent = static_cast<std::int16_t>(percent);
         module->study.timeSetting = static_cast<std::int16_t>(minutes);
         window = new frmTest(*module);
-        clock().installEventFilter(&m_stopper);
+        m_stoppedClock.stop(clock());
         window->show();
         ASSERT_TRUE(QTest::qWaitForWindowActive(window));
     }
@@ -151,18 +152,7 @@ protected:
     QTimer &clock() { return control<QTimer>(*window, "Timer1"); }
     QString clockText() { return label(0).text(); }
     /// Lets a second pass. A clock that is stopped does nothing.
-    void passSecond()
-    {
-        if (!clock().isActive()) {
-            return;
-        }
-        ASSERT_EQ(clock().interval(), 1000);
-        ASSERT_FALSE(clock().isSingleShot());
-        QTimerEvent second(clock().timerId());
-        m_stopper.open = true;
-        QCoreApplication::sendEvent(&clock(), &second);
-        m_stopper.open = false;
-    }
+    void passSecond() { m_stoppedClock.passSecond(); }
     void passSeconds(int count)
     {
         for (int second = 0; second < count; ++second) {
@@ -345,16 +335,6 @@ protected:
     DialogAnswers dialogs;
 
 private:
-    /// Keeps the real seconds from a timer: only those of the test come through.
-    class Stopper : public QObject
-    {
-    public:
-        bool open = false;
-
-    protected:
-        bool eventFilter(QObject *, QEvent *event) override { return event->type() == QEvent::Timer && !open; }
-    };
-
     static std::string plain(const std::string &rtf)
     {
         RichTextBox reader;
@@ -399,5 +379,5 @@ private:
         act(set);
     }
 
-    Stopper m_stopper;
+    StoppedClock m_stoppedClock;
 };

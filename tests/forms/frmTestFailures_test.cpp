@@ -70,29 +70,6 @@ protected:
 
 // Grading while the file cannot be written.
 
-struct Cause
-{
-    const char *name;
-    std::unique_ptr<Trouble> (*begin)(const std::filesystem::path &subject);
-    const char *report; ///< what the learner reads of it
-};
-
-void PrintTo(const Cause &cause, std::ostream *out)
-{
-    *out << cause.name;
-}
-
-template <class Kind>
-std::unique_ptr<Trouble> begin(const std::filesystem::path &subject)
-{
-    return std::make_unique<Kind>(subject);
-}
-
-constexpr Cause locked{"Locked", begin<Locked>, "Another program is busy"};
-constexpr Cause fullDisk{"FullDisk", begin<FullDisk>, "could not be read or written"};
-constexpr Cause movedAway{"MovedAway", begin<MovedAway>, "cannot be found"};
-constexpr Cause deleted{"Deleted", begin<Deleted>, "cannot be found"};
-
 class frmTestTroubles : public frmTestFailures, public testing::WithParamInterface<Cause>
 {
 protected:
