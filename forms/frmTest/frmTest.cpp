@@ -89,11 +89,11 @@ frmTest::frmTest(Module1 &module)
     Label1[Number]->setFont(notebookFont(18));
     Label1[Number]->setMinimumWidth(Label1[Number]->fontMetrics().horizontalAdvance(QStringLiteral("50) ")));
     Label1[Type]->setFont(notebookFont(8));
-    for (int choice = 0; choice < choiceCount; ++choice) {
-        QLabel &caption = *Label1.at(static_cast<std::size_t>(FirstChoice + choice));
+    for (std::size_t choice = 0; choice < choiceCount; ++choice) {
+        QLabel &caption = *Label1.at(FirstChoice + choice);
         caption.setFont(notebookFont(14));
-        caption.setText(QStringLiteral("(%1)").arg(QChar::fromLatin1(static_cast<char>('a' + choice))));
-        RichTextBox1.at(static_cast<std::size_t>(choice + 1))->setAccessibleName(caption.text());
+        caption.setText(QStringLiteral("(%1)").arg(QChar(u'a' + static_cast<int>(choice))));
+        RichTextBox1.at(choice + 1)->setAccessibleName(caption.text());
     }
     RichTextBox1.front()->setAccessibleName(QStringLiteral("Question"));
     for (RichTextBox *box : RichTextBox1) {
