@@ -19,7 +19,6 @@
 #include <QApplication>
 #include <QBoxLayout>
 #include <QCloseEvent>
-#include <QGridLayout>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLocale>
@@ -225,10 +224,8 @@ void frmTest::reachQuestion(int question)
 
 void frmTest::takeFocusBack()
 {
-    QWidget *focused = QApplication::focusWidget();
-    const bool mayKeepIt = focused == nullptr || focused->window() != this ||
-                           qobject_cast<SelectAnswer *>(focused) != nullptr ||
-                           focused->objectName() == QLatin1String("VScroll1");
+    const QWidget *focused = QApplication::focusWidget();
+    const bool mayKeepIt = focused == nullptr || focused->window() != this || m_column->isAncestorOf(focused);
     if (!mayKeepIt) {
         m_column->selector(m_session.current()).setFocus();
     }

@@ -438,6 +438,19 @@ TEST_F(frmTestLayout, AQuestionHasTheSameRoomWhicheverWasThereBefore)
     }
 }
 
+TEST_F(frmTestLayout, TheWheelAtAnEndOfTheColumnDoesNothing)
+{
+    for (const int questions : {12, 5}) { // more than there is room for, and fewer
+        open(questions);
+        scrollBar().setValue(scrollBar().maximum());
+        rollDown(selector(questions - 1));
+        rollDown(scrollBar());
+        EXPECT_EQ(scrollBar().value(), scrollBar().maximum());
+        EXPECT_EQ(focused(), 0);
+        delete window;
+    }
+}
+
 // Reading.
 
 TEST_F(frmTestLayout, LongTextsScrollByTheWheelAndTheKeysStayWithTheSelector)
