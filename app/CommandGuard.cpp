@@ -2,6 +2,7 @@
 
 #include "app/FailureReport.h"
 #include "platform/CommonDialogs.h"
+#include "platform/LongWork.h"
 
 #include <QPointer>
 
@@ -9,6 +10,9 @@
 
 bool runGuarded(QWidget *window, const std::function<void()> &command)
 {
+    if (LongWork::isLettingPaint()) {
+        return false; // a timer's: the command in the middle of which it comes has the subject in its hands
+    }
     const QPointer<QWidget> owner = window;
     FailureReport report;
     try {

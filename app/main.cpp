@@ -1,6 +1,7 @@
 #include "app/CommandGuard.h"
 #include "app/Module1.h"
 #include "app/ProgramFiles.h"
+#include "app/WorkDisplay.h"
 #include "forms/frmNotes/frmNotes.h"
 #include "forms/frmOpen/frmOpen.h"
 #include "platform/ClickSound.h"
@@ -28,6 +29,7 @@ int main(int argc, char **argv)
     const QApplication application(argc, argv);
     setClickFile(programFolder() + QStringLiteral("/Click.wav"));
 
+    const WorkDisplay workDisplay;
     Module1 module;
     const bool started = runGuarded(nullptr, [&] {
         (new frmOpen(module, [&] { showMainWindow(module); }))->show(); // deletes itself when it closes

@@ -2,6 +2,7 @@
 
 #include "store/StoreError.h"
 #include "store/SubjectFile.h"
+#include "store/WorkSignal.h"
 
 #include <SQLiteCpp/Database.h>
 #include <SQLiteCpp/Exception.h>
@@ -17,6 +18,12 @@ namespace {
 
 /// How long a locked file is waited for.
 constexpr int busyTimeoutMs = 500;
+
+/// Steps of the engine between two signals that it works: less than a millisecond.
+constexpr int stepsPerSignal = 4000;
+
+/// Undoing a journal of this size takes a quarter of a second with a fast disk, seconds with a slow one.
+constexpr std::uintmax_t longJournal = std::uintmax_t{64} << 20;
 
 constexpr int openFlags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE;
 
@@ -109,6 +116,13 @@ public:
 
         m_result.engine = std::make_unique<SQLite::Database>(shownPath(m_file), openFlags, busyTimeoutMs);
         SQLite::Database &engine = *m_result.engine;
+        sqlite3_progress_handler(
+            engine.getHandle(), stepsPerSignal,
+            [](void *) {
+                signalWork();
+                return 0;
+            },
+            nullptr);
         if (sqlite3_db_readonly(engine.getHandle(), "main") != 0) {
             refuse(Reason::ReadOnly, "the file may not be written");
         }
@@ -118,6 +132,9 @@ public:
             keepLog(engine);
         }
 
+        if (m_hasJournal && fileSize(sideFile(m_file, "-journal")) >= longJournal) {
+            signalLongWork("Undoing an interrupted change of the subject...");
+        }
         engine.exec("BEGIN");
         requireSubject(engine);
         const bool usesLog = engine.execAndGet("PRAGMA journal_mode").getString() == "wal";

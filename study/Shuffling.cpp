@@ -3,6 +3,7 @@
 #include "store/Schema.h"
 #include "store/Statements.h"
 #include "store/StoreError.h"
+#include "store/WorkSignal.h"
 #include "study/KeptPosition.h"
 
 namespace {
@@ -22,20 +23,22 @@ void writeKey(CardSet &cards, float key)
 
 } // namespace
 
-void drawSortKeys(CardSet &cards, const RandomDraw &draw)
+void drawSortKeys(CardSet &cards, const RandomDraw &draw, WorkPass &work)
 {
     for (; !cards.isBeginOfSet(); cards.movePrevious()) {
         writeKey(cards, draw());
+        work.step();
     }
 }
 
 std::optional<CardSet> shuffle(SubjectStore &store, CardSet &cards, std::string_view cardQuery, const RandomDraw &draw)
 {
     Transaction pass(store);
+    WorkPass work("Shuffling the flash cards...", cards.recordCount());
     const KeptPosition kept(cards);
     cards.moveLast();
     writeKey(cards, draw());
-    drawSortKeys(cards, draw);
+    drawSortKeys(cards, draw, work);
     CardSet shuffled = store.openRecordSet(cardsShuffled(cardQuery)); // before the commit: after it nothing may fail
     if (shuffled.recordCount() == 0) {
         return std::nullopt;

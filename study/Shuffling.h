@@ -1,6 +1,7 @@
 #pragma once
 
 #include "store/SubjectStore.h"
+#include "store/WorkSignal.h"
 #include "study/RandomDraw.h"
 
 #include <optional>
@@ -8,8 +9,8 @@
 
 /// Gives every card of \p cards, from the current one back to the first, the next number that
 /// \p draw gives as its sort key. Leaves the set before its first card. A card that was
-/// deleted meanwhile is passed over.
-void drawSortKeys(CardSet &cards, const RandomDraw &draw);
+/// deleted meanwhile is passed over. Each card is a step of \p work.
+void drawSortKeys(CardSet &cards, const RandomDraw &draw, WorkPass &work);
 
 /// Gives every card of \p cards a new sort key, and returns the cards that \p cardQuery
 /// selects in the new order, on the first one. Both sets belong to \p store.

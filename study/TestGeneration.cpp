@@ -34,10 +34,11 @@ CardSet generateTest(SubjectStore &store, CardSet &cards, std::string_view cardQ
                      const RandomDraw &draw)
 {
     Transaction pass(store);
+    WorkPass work("Making the test...", 2 * cards.recordCount()); // a key and a question for each card
     {
         const KeptPosition kept(cards);
         cards.moveLast();
-        drawSortKeys(cards, draw);
+        drawSortKeys(cards, draw, work);
     }
     CardSet shuffled = store.openRecordSet(cardsShuffled(cardQuery));
     const int count = shuffled.recordCount();
@@ -53,6 +54,7 @@ CardSet generateTest(SubjectStore &store, CardSet &cards, std::string_view cardQ
         shuffled.edit();
         setQuestion(shuffled, questions[static_cast<std::size_t>(position)]);
         shuffled.update();
+        work.step();
     }
     shuffled.moveLast();
     shuffled.moveFirst();

@@ -1,4 +1,5 @@
 #include "app/CommandGuard.h"
+#include "platform/LongWork.h"
 #include "store/StoreError.h"
 #include "tests/support/Windows.h"
 
@@ -50,6 +51,19 @@ TEST(CommandGuard, AGuardedSlotHandsItsArgumentsOn)
     EXPECT_EQ(sum, 2);
     guarded(&window, &QWidget::setVisible)(true);
     EXPECT_TRUE(window.isVisible());
+}
+
+TEST(CommandGuard, BeginsNoCommandInTheMiddleOfLongWork)
+{
+    LongWork work(LongWork::steadyTime);
+    int begun = 0;
+    bool ran = true;
+    QTimer::singleShot(0, qApp, [&] { ran = runGuarded(nullptr, [&] { ++begun; }); });
+    runGuarded(nullptr, [&] { work.willTakeLong(QStringLiteral("Counting...")); });
+    EXPECT_FALSE(ran);
+    EXPECT_EQ(begun, 0);
+    EXPECT_TRUE(runGuarded(nullptr, [&] { ++begun; })) << "afterwards commands begin again";
+    EXPECT_EQ(begun, 1);
 }
 
 } // namespace

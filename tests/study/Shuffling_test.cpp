@@ -389,4 +389,22 @@ TEST_F(Shuffling, InAFileThatWasMovedFailsAndWritesIntoNeither)
     expectUntouched(0);
 }
 
+TEST_F(Shuffling, OfManyCardsTellsHowFarItIs)
+{
+    addCards(subject, topic, 1000);
+    open();
+    std::vector<WorkState> told;
+    observeWork([&](const WorkState &work) { told.push_back(work); });
+    EXPECT_EQ(failureOfShuffling(any), std::nullopt);
+    observeWork({});
+    ASSERT_FALSE(told.empty());
+    EXPECT_TRUE(std::ranges::is_sorted(told, {}, &WorkState::done));
+    for (const WorkState &work : told) {
+        EXPECT_EQ(work.what, "Shuffling the flash cards...");
+        EXPECT_EQ(work.total, 1005);
+        EXPECT_LE(work.done, work.total);
+    }
+    EXPECT_GT(told.back().done, 500);
+}
+
 } // namespace

@@ -1,6 +1,7 @@
 #include "NoDiskWaits.h"
 #include "StoredTest.h"
 #include "store/StoreError.h"
+#include "store/WorkSignal.h"
 #include "study/TestGeneration.h"
 #include "tests/support/TestSubject.h"
 
@@ -489,6 +490,24 @@ TEST_F(TestGeneration, InAFileThatWasMovedFailsAndWritesIntoNeither)
     EXPECT_FALSE(std::filesystem::exists(subject));
     std::filesystem::rename(folder.file("elsewhere"), subject);
     expectUntouched(0);
+}
+
+TEST_F(TestGeneration, OfManyCardsTellsHowFarItIs)
+{
+    addCards(subject, topic, 1000);
+    open();
+    std::vector<WorkState> told;
+    observeWork([&](const WorkState &work) { told.push_back(work); });
+    (void)generateBy(drawSeededBy(1));
+    observeWork({});
+    ASSERT_FALSE(told.empty());
+    EXPECT_TRUE(std::ranges::is_sorted(told, {}, &WorkState::done));
+    for (const WorkState &work : told) {
+        EXPECT_EQ(work.what, "Making the test...");
+        EXPECT_EQ(work.total, 2010) << "a key and a question for each card";
+        EXPECT_LE(work.done, work.total);
+    }
+    EXPECT_GT(told.back().done, 1005);
 }
 
 } // namespace
