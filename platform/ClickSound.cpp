@@ -1,5 +1,7 @@
 #include "platform/ClickSound.h"
 
+#include "platform/EventSoundSetting.h"
+
 #include <QFile>
 #include <QString>
 
@@ -44,19 +46,23 @@ public:
 private:
     [[noreturn]] void run()
     {
-        ca_context *context = newContext();
-        bool worked = false;
+        m_context = newContext();
         for (;;) {
             const std::string file = nextFile();
-            const bool plays = context != nullptr && play(context, file);
-            if (!plays && context != nullptr) {
-                // A sound server may have gone and come back. One that was never there is not asked at each click.
-                ca_context_destroy(context);
-                context = worked ? newContext() : nullptr;
-            }
-            worked = plays;
-            started(plays);
+            started(m_setting.isOn() && play(file));
         }
+    }
+
+    bool play(const std::string &file)
+    {
+        const bool plays = m_context != nullptr && play(m_context, file);
+        if (!plays && m_context != nullptr) {
+            // A sound server may have gone and come back. One that was never there is not asked at each click.
+            ca_context_destroy(m_context);
+            m_context = m_worked ? newContext() : nullptr;
+        }
+        m_worked = plays;
+        return plays;
     }
 
     static ca_context *newContext()
@@ -80,10 +86,11 @@ private:
         if (ca_proplist_create(&properties) != CA_SUCCESS) {
             return false;
         }
+        // By its file alone: under an event's id, a desktop's sound theme or the server's memory may have another
+        // sound.
         ca_proplist_sets(properties, CA_PROP_MEDIA_FILENAME, file.c_str());
         ca_proplist_sets(properties, CA_PROP_MEDIA_ROLE, "event");
         ca_proplist_sets(properties, CA_PROP_EVENT_DESCRIPTION, "Click");
-        ca_proplist_sets(properties, CA_PROP_CANBERRA_CACHE_CONTROL, "permanent");
         const int result = ca_context_play_full(context, 0, properties, &Clicker::finished, this);
         ca_proplist_destroy(properties);
         return result == CA_SUCCESS;
@@ -118,6 +125,12 @@ private:
         self->m_changed.notify_all();
     }
 
+    // Of the sound's own thread alone.
+    EventSoundSetting m_setting;
+    ca_context *m_context = nullptr;
+    bool m_worked = false;
+
+    // Of both threads.
     std::mutex m_mutex;
     std::condition_variable m_changed;
     std::string m_file;

@@ -1,7 +1,8 @@
 #pragma once
 
 /// Plays the program's click, and returns at once. Without the sound file or a
-/// sound server it is silent. The sound system is first touched by the first click.
+/// sound server it is silent, and while the desktop's event sounds are switched off.
+/// The sound system is first touched by the first click.
 void playClick();
 
 class QString;
