@@ -1,6 +1,7 @@
 #include "app/FailureReport.h"
 
 #include "platform/SettingsStore.h"
+#include "platform/help/HelpViewer.h"
 #include "store/StoreError.h"
 
 namespace {
@@ -8,6 +9,7 @@ namespace {
 // Numbers of failures that the engine has none for; its own are below these.
 constexpr int typeMismatchNumber = 10001;
 constexpr int unknownFailureNumber = 10002;
+constexpr int helpUnavailableNumber = 10003;
 constexpr int firstStoreErrorNumber = 10100; // and the reason's position
 
 /// What happened and what to do. %1 is the file's path.
@@ -79,6 +81,9 @@ FailureReport describeFailure(const std::exception &failure)
                                "The usual value is used instead. Correct it, or delete the line, in the file:\n%4")
                     .arg(setting->section, setting->key, setting->value, setting->file),
                 QStringLiteral("Error %1: type mismatch").arg(typeMismatchNumber)};
+    }
+    if (dynamic_cast<const HelpUnavailable *>(&failure) != nullptr) {
+        return {engineText, QStringLiteral("Error %1: help unavailable").arg(helpUnavailableNumber)};
     }
     return {QStringLiteral("The command could not be carried out."),
             QStringLiteral("Error %1: %2").arg(unknownFailureNumber).arg(engineText)};

@@ -1,28 +1,40 @@
 #include "app/Help.h"
 
-#include "platform/CommonDialogs.h"
+#include "app/ProgramFiles.h"
+#include "platform/help/HelpViewer.h"
+
+#include <QCoreApplication>
+#include <QPluginLoader>
 
 namespace {
 
-QString topicName(HelpContext context)
+/// The one that showHelp() opened.
+std::unique_ptr<HelpViewer> &openedHelp()
 {
-    switch (context) {
-    case HelpContext::MainWindow: return QStringLiteral("the main window");
-    case HelpContext::EditingNotes: return QStringLiteral("editing notes");
-    case HelpContext::CardEditor: return QStringLiteral("the card editor");
-    case HelpContext::FlashCardSession: return QStringLiteral("flash-card sessions");
-    case HelpContext::Test: return QStringLiteral("tests");
-    }
-    return {};
+    static std::unique_ptr<HelpViewer> help;
+    return help;
 }
 
 } // namespace
 
 void showHelp(QWidget *window, HelpContext context)
 {
-    showInformation(window,
-                    QStringLiteral("The help on %1 is not part of this version of Cramlet yet. The subject "
-                                   "\"Using Cramlet\", which the start-up window offers, explains the program.")
-                        .arg(topicName(context)),
-                    QStringLiteral("Help"));
+    std::unique_ptr<HelpViewer> &help = openedHelp();
+    if (!help) {
+        help = openHelp(helpPlugin(), helpBook());
+        qAddPostRoutine([] { openedHelp().reset(); }); // windows end before the application object
+    }
+    help->showTopic(static_cast<int>(context), window);
+}
+
+std::unique_ptr<HelpViewer> openHelp(const QString &plugin, const QString &book)
+{
+    QPluginLoader loader(plugin);
+    auto *factory = qobject_cast<HelpViewerFactory *>(loader.instance());
+    if (factory == nullptr) {
+        throw HelpUnavailable(QStringLiteral("The part of Cramlet that shows the help is missing or damaged:\n%1\n\n"
+                                             "Install Cramlet again to repair it.\n\n%2")
+                                  .arg(plugin, loader.errorString()));
+    }
+    return factory->open(book);
 }

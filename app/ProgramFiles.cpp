@@ -28,6 +28,19 @@ QString programFolder()
     return runsFromBuildTree() ? beside : QDir::cleanPath(beside + QStringLiteral("/" CRAMLET_DATA_DIR));
 }
 
+QString helpBook()
+{
+    return programFolder() + QStringLiteral("/Cramlet.qch");
+}
+
+QString helpPlugin()
+{
+    const QString beside = QCoreApplication::applicationDirPath();
+    const QString folder =
+        runsFromBuildTree() ? beside : QDir::cleanPath(beside + QStringLiteral("/" CRAMLET_PLUGIN_DIR));
+    return folder + QStringLiteral("/cramlet-help.so");
+}
+
 QString provideSamples()
 {
     if (runsFromBuildTree()) {

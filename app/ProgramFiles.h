@@ -10,5 +10,10 @@
 /// folder, unless they are there already. A copy that fails is left out.
 [[nodiscard]] QString provideSamples();
 
-/// Where the program's unchanging files lie: the click, the help.
+/// Where the program's unchanging files lie: the click, the help book.
 [[nodiscard]] QString programFolder();
+
+/// The help book's file.
+[[nodiscard]] QString helpBook();
+/// The file of the plugin that shows the help book.
+[[nodiscard]] QString helpPlugin();

@@ -1,5 +1,6 @@
 #include "app/FailureReport.h"
 #include "platform/SettingsStore.h"
+#include "platform/help/HelpViewer.h"
 #include "store/StoreError.h"
 
 #include <gtest/gtest.h>
@@ -44,6 +45,13 @@ TEST(FailureReport, ASettingThatIsNoNumberIsNamedWithItsFile)
         EXPECT_TRUE(report.text.contains(QString::fromLatin1(part))) << part;
     }
     EXPECT_TRUE(report.details.contains(QStringLiteral("type mismatch")));
+}
+
+TEST(FailureReport, HelpThatIsMissingSpeaksForItself)
+{
+    const FailureReport report = describeFailure(HelpUnavailable(QStringLiteral("Install Cramlet again.")));
+    EXPECT_EQ(report.text, QStringLiteral("Install Cramlet again."));
+    EXPECT_TRUE(report.details.startsWith(QStringLiteral("Error 10003")));
 }
 
 TEST(FailureReport, AnyOtherFailureKeepsItsOwnWords)

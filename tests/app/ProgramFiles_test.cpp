@@ -70,4 +70,12 @@ TEST_F(ProgramFiles, ACopyThatTheLearnerHasStudiedIsNeverReplaced)
     EXPECT_EQ(read(copy), "studied");
 }
 
+TEST_F(ProgramFiles, TheHelpIsInstalledWithTheProgram)
+{
+    EXPECT_EQ(QFileInfo(helpBook()).path(), programFolder());
+    EXPECT_TRUE(QFile::exists(helpBook())) << helpBook().toStdString();
+    EXPECT_TRUE(QFile::exists(helpPlugin())) << helpPlugin().toStdString();
+    EXPECT_EQ(QFileInfo(helpPlugin()).dir().dirName(), QStringLiteral("cramlet"));
+}
+
 } // namespace
