@@ -2,11 +2,14 @@
 
 #include "platform/NotebookPage.h"
 #include "platform/Twips.h"
+#include "txtEdit/EditTools.h"
 
 #include <QBoxLayout>
 
+#include <algorithm>
 #include <cstddef>
 #include <initializer_list>
+#include <iterator>
 #include <vector>
 
 /// Adds the \p buttons with the indexes of \p group to \p row, with a gap behind them, and to \p inTabOrder.
@@ -18,6 +21,21 @@ void addCommands(QBoxLayout &row, const Buttons &buttons, const Group &group, st
         inTabOrder.push_back(buttons.at(command));
     }
     row.addSpacing(toPixels(240));
+}
+
+/// Adds the \p texts with their \p tools to \p inTabOrder. In a text Tab is a letter, and a key of its own
+/// leads to the font box: from there Tab goes on to the rest of the window, and comes to the texts last.
+inline void addTextInTabOrder(std::vector<QWidget *> &inTabOrder, const EditTools &tools,
+                              std::initializer_list<QWidget *> texts)
+{
+    const auto add = [&inTabOrder](const QWidget &band) {
+        const QList<QWidget *> controls = band.findChildren<QWidget *>(QString(), Qt::FindDirectChildrenOnly);
+        std::ranges::copy_if(controls, std::back_inserter(inTabOrder),
+                             [](const QWidget *control) { return control->focusPolicy() != Qt::NoFocus; });
+    };
+    add(tools.editBand());
+    inTabOrder.insert(inTabOrder.end(), texts);
+    add(tools.formatBand());
 }
 
 /// Puts \p rows (buttons above, captions below) into a bar that reaches from the

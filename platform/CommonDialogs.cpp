@@ -1,5 +1,7 @@
 #include "platform/CommonDialogs.h"
 
+#include "platform/FocusRing.h"
+
 #include <QColorDialog>
 #include <QFileDialog>
 #include <QFileInfo>
@@ -32,6 +34,7 @@ int ask(QWidget *parent, const Question &question, const QString &text, const QS
     box.setTextFormat(Qt::PlainText);
     box.setDefaultButton(question.offered);
     box.setEscapeButton(question.escape);
+    new FocusRing(box);
     return box.exec();
 }
 
@@ -120,6 +123,7 @@ std::optional<QString> askText(QWidget *parent, const QString &prompt, const QSt
     dialog.setWindowTitle(title);
     dialog.setLabelText(prompt);
     dialog.setTextValue(offered);
+    new FocusRing(dialog);
     for (QLabel *label : dialog.findChildren<QLabel *>()) {
         label->setTextFormat(Qt::PlainText);
     }

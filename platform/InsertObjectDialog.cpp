@@ -1,6 +1,7 @@
 #include "platform/InsertObjectDialog.h"
 
 #include "platform/FileObject.h"
+#include "platform/FocusRing.h"
 #include "platform/PastedPicture.h"
 
 #include <QBoxLayout>
@@ -218,6 +219,7 @@ InsertObjectDialog::InsertObjectDialog(QWidget *parent, QSize pictureLimit)
 {
     setObjectName(QStringLiteral("OLE1"));
     setWindowTitle(dialogTitle);
+    new FocusRing(*this);
 
     m_types->addItem(QStringLiteral("Picture from File..."));
     m_types->addItem(QString());
@@ -239,6 +241,7 @@ QWidget *InsertObjectDialog::makeTypesPage()
 {
     auto *label = new QLabel(QStringLiteral("&Type:"));
     label->setBuddy(m_types);
+    m_types->setAccessibleName(QStringLiteral("Type"));
     m_types->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_types->item(PictureFromClipboard)->setText(withoutPicture); // the widest that it will be
     m_types->setMinimumWidth(m_types->sizeHintForColumn(0) + 2 * m_types->frameWidth());

@@ -4,6 +4,7 @@
 #include "platform/PaperPalette.h"
 #include "platform/Twips.h"
 
+#include <QAccessibleWidget>
 #include <QFont>
 #include <QGuiApplication>
 #include <QHash>
@@ -140,12 +141,20 @@ void PagePainter::spiralWire(const QRectF &twips)
     }
 }
 
+/// A page is a window to assistive technology, as dialogs are.
+QAccessibleInterface *accessOf(const QString &, QObject *object)
+{
+    auto *page = qobject_cast<NotebookPage *>(object);
+    return page != nullptr ? new QAccessibleWidget(page, QAccessible::Window) : nullptr;
+}
+
 } // namespace
 
 NotebookPage::NotebookPage(const PageRuling &ruling, QWidget *parent)
     : QWidget(parent, Qt::Window)
     , m_ruling(ruling)
 {
+    QAccessible::installFactory(accessOf);
     setAttribute(Qt::WA_OpaquePaintEvent);
     setFont(notebookFont(10));
     setPaperColor(m_paper);

@@ -2,6 +2,7 @@
 
 #include "platform/DevicePixels.h"
 
+#include <QEvent>
 #include <QPainter>
 #include <QPainterPath>
 
@@ -11,6 +12,7 @@
 namespace {
 
 constexpr qreal cornerRadius = 8;
+constexpr int focusLine = 2; // hairlines
 
 void fillRounded(QPainter &painter, const QRectF &area, qreal radius, const QBrush &brush)
 {
@@ -58,16 +60,31 @@ void PaperSheet::setShape(Shape shape)
     update();
 }
 
+void PaperSheet::showFocusOf(QWidget &content)
+{
+    content.installEventFilter(this);
+}
+
+bool PaperSheet::eventFilter(QObject *content, QEvent *event)
+{
+    if (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut) {
+        m_showsFocus = event->type() == QEvent::FocusIn;
+        update();
+    }
+    return QWidget::eventFilter(content, event);
+}
+
 void PaperSheet::paintEvent(QPaintEvent * /*event*/)
 {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    const double line = hairline(painter);
+    const double line = hairline(painter) * (m_showsFocus ? focusLine : 1);
     const QRectF sheet = onDevicePixels(painter, rect().adjusted(0, 0, -shadowDepth, -shadowDepth));
     const bool isCard = m_shape == Shape::IndexCard;
     const qreal radius = isCard ? cornerRadius : 0;
     drawShadow(painter, sheet, radius);
-    fillRounded(painter, sheet, radius, palette().dark());
-    const QRectF withinBorder = sheet.adjusted(line, isCard ? line : 0, -line, -line); // the tabs draw the line above
+    fillRounded(painter, sheet, radius, m_showsFocus ? palette().highlight() : palette().dark());
+    const bool hasLineAbove = isCard || m_showsFocus; // the tabs draw the one under them
+    const QRectF withinBorder = sheet.adjusted(line, hasLineAbove ? line : 0, -line, -line);
     fillRounded(painter, withinBorder, std::max(0.0, radius - line), palette().base());
 }

@@ -3,6 +3,7 @@
 #include "platform/NotebookPage.h"
 #include "platform/SelectAnswerAccess.h"
 
+#include <QAccessible>
 #include <QFocusEvent>
 #include <QHelpEvent>
 #include <QHoverEvent>
@@ -65,9 +66,16 @@ void SelectAnswer::setCorrectAnswer(int answer)
 
 void SelectAnswer::setGraded(bool graded)
 {
+    const bool changes = graded != m_isGraded;
     m_isGraded = graded;
     hover(Part::Number);
     tellChange();
+    if (changes) {
+        QAccessible::State state;
+        state.readOnly = true;
+        QAccessibleStateChangeEvent event(this, state);
+        QAccessible::updateAccessibility(&event);
+    }
 }
 
 void SelectAnswer::setMarkedForReview(bool marked)

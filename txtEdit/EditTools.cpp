@@ -137,8 +137,10 @@ EditTools::EditTools(QWidget *parent)
     : CoolBar(parent)
 {
     setObjectName(QStringLiteral("CoolBar1"));
-    addBand(makeEditBand());
-    addBand(makeFormatBand());
+    m_editBand = makeEditBand();
+    m_formatBand = makeFormatBand();
+    addBand(m_editBand);
+    addBand(m_formatBand);
 }
 
 QWidget *EditTools::makeEditBand()

@@ -35,6 +35,9 @@ public:
 
     [[nodiscard]] ImageButton &button(EditButton button) const;
     [[nodiscard]] ImageButton &button(FormatButton button) const;
+    /// The two toolbars; what is in them stands from left to right in the order in which it was made.
+    [[nodiscard]] QWidget &editBand() const { return *m_editBand; }
+    [[nodiscard]] QWidget &formatBand() const { return *m_formatBand; }
     [[nodiscard]] FontBox &fontBox() const { return *Combo1; }
     [[nodiscard]] FontBox &sizeBox() const { return *Combo2; }
 
@@ -54,5 +57,7 @@ private:
     std::array<ImageButton *, 17> Toolbar2{}; ///< font colour to indents, by index
     FontBox *Combo1 = nullptr;                ///< the fonts of the screen
     FontBox *Combo2 = nullptr;                ///< font sizes, in points
+    QWidget *m_editBand = nullptr;
+    QWidget *m_formatBand = nullptr;
     bool m_knowsFonts = false;
 };

@@ -1,6 +1,8 @@
 #include "forms/frmCardOptions/frmCardOptions.h"
 
 #include "forms/Controls.h"
+#include "forms/HelpKey.h"
+#include "platform/FocusRing.h"
 
 #include <QBoxLayout>
 #include <QCheckBox>
@@ -29,6 +31,7 @@ frmCardOptions::frmCardOptions(Module1 &module, QWidget *parent)
 {
     setObjectName(QStringLiteral("frmCardOptions"));
     setWindowTitle(QStringLiteral("Flash Card Options"));
+    new FocusRing(*this);
 
     Command1[Ok]->setText(QStringLiteral("OK"));
     Command1[Ok]->setDefault(true);
@@ -38,6 +41,7 @@ frmCardOptions::frmCardOptions(Module1 &module, QWidget *parent)
 
     connect(Command1[Ok], &QPushButton::clicked, this, &frmCardOptions::confirm);
     connect(Command1[Cancel], &QPushButton::clicked, this, &frmCardOptions::cancel);
+    offerHelp(*this, HelpContext::FlashCardSession);
 }
 
 void frmCardOptions::layOut()

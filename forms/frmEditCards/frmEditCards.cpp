@@ -5,6 +5,7 @@
 #include "app/WindowPlacement.h"
 #include "forms/CommandBar.h"
 #include "forms/Controls.h"
+#include "forms/HelpKey.h"
 #include "platform/ClickSound.h"
 #include "platform/CommonDialogs.h"
 #include "platform/PaperSheet.h"
@@ -106,6 +107,7 @@ frmEditCards::frmEditCards(Module1 &module, const EditedTopic &topic, QWidget *o
         RichTextBox1.at(side)->setFrameShape(QFrame::NoFrame);
         RichTextBox1.at(side)->setAccessibleName(Label1.at(side)->text());
         m_tools->addBox(*RichTextBox1.at(side));
+        m_sheets.at(side)->showFocusOf(*RichTextBox1.at(side));
     }
 
     layOut();
@@ -123,7 +125,7 @@ void frmEditCards::layOut()
 {
     setMinimumSize(toPixels(minWidth), toPixels(minHeight));
 
-    std::vector<QWidget *> inTabOrder{RichTextBox1[front], RichTextBox1[back]};
+    std::vector<QWidget *> inTabOrder;
     auto *commands = new QHBoxLayout;
     commands->setSpacing(toPixels(60));
     const auto addGroup = [&](const auto &group) { addCommands(*commands, Image1, group, inTabOrder); };
@@ -146,6 +148,7 @@ void frmEditCards::layOut()
         card->addWidget(RichTextBox1.at(side), 1);
         rows->addWidget(m_sheets.at(side), 1);
     }
+    addTextInTabOrder(inTabOrder, *CoolBar1, {RichTextBox1[front], RichTextBox1[back]});
     chainTabOrder(inTabOrder);
 }
 
@@ -155,6 +158,7 @@ void frmEditCards::connectCommands()
         connect(Image1.at(static_cast<std::size_t>(command)), &ImageButton::clicked, this,
                 [this, command] { run(command); });
     }
+    offerHelp(*this, HelpContext::CardEditor);
 }
 
 // Commands.

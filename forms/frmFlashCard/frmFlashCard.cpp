@@ -5,10 +5,12 @@
 #include "app/WindowPlacement.h"
 #include "forms/CommandBar.h"
 #include "forms/Controls.h"
+#include "forms/HelpKey.h"
 #include "forms/frmCardOptions/frmCardOptions.h"
 #include "platform/ClickSound.h"
 #include "platform/CommonDialogs.h"
 #include "platform/PaperSheet.h"
+#include "platform/ReadingPlace.h"
 #include "platform/RichTextBox.h"
 #include "platform/Twips.h"
 
@@ -59,6 +61,11 @@ constexpr std::array<ButtonFace, 11> faces{{
 
 enum Caption { SideShown, MarkShown, Countdown };
 
+QString nameOf(Side side)
+{
+    return side == Side::Front ? QStringLiteral("Front (Question)") : QStringLiteral("Back (Answer)");
+}
+
 constexpr std::array bothSides{Side::Front, Side::Back};
 constexpr std::size_t paneOf(Side side)
 {
@@ -88,7 +95,7 @@ frmFlashCard::frmFlashCard(Module1 &module)
     , m_place(new QLabel(this))
     , m_card(new PaperSheet(this))
     , RichTextBox1(makeControlArray<RichTextBox, 2>(m_card, QLatin1String("RichTextBox1")))
-    , Picture1(makeControl<QWidget>(this, QLatin1String("Picture1")))
+    , Picture1(makeControl<ReadingPlace>(m_card, QLatin1String("Picture1")))
     , Timer1(new QTimer(this))
     , m_module(module)
     , m_session(subjectFile(module.subject), module.study, [&module] { return module.newGenerator()(); })
@@ -109,15 +116,15 @@ frmFlashCard::frmFlashCard(Module1 &module)
     for (const Command around : {Previous, Next, FlipUp, FlipDown}) {
         Image1.at(around)->setPictureSize(40);
     }
-    for (RichTextBox *pane : RichTextBox1) {
+    for (const Side side : bothSides) {
+        RichTextBox *pane = RichTextBox1.at(paneOf(side));
+        pane->setAccessibleName(nameOf(side));
         pane->setLocked(true);
         pane->setFrameShape(QFrame::NoFrame);
         pane->setCentered(Qt::Horizontal | Qt::Vertical);
         pane->setLeastTextSize(readablePoints);
         pane->setFocusPolicy(Qt::NoFocus);
     }
-    Picture1->setFocusPolicy(Qt::StrongFocus);
-    Picture1->setAccessibleName(QStringLiteral("Flash card"));
     Timer1->setObjectName(QStringLiteral("Timer1"));
     Timer1->setInterval(1000);
     Timer1->setTimerType(Qt::PreciseTimer); // the learner counts along
@@ -157,7 +164,10 @@ void frmFlashCard::layOut()
     captions->setColumnStretch(2, 1);
 
     m_card->setShape(PaperSheet::Shape::IndexCard);
+    m_card->showFocusOf(*Picture1);
     auto *sides = new QGridLayout(m_card);
+    sides->addWidget(Picture1, 0, 0);
+    Picture1->lower();
     for (RichTextBox *pane : RichTextBox1) {
         sides->addWidget(pane, 0, 0); // one on the other: a single one is visible
     }
@@ -212,6 +222,7 @@ void frmFlashCard::connectCommands()
         connect(pane, &RichTextBox::clicked, Picture1, qOverload<>(&QWidget::setFocus));
     }
     connect(Timer1, &QTimer::timeout, this, guarded(this, &frmFlashCard::tick));
+    offerHelp(*this, HelpContext::FlashCardSession);
 }
 
 void frmFlashCard::showSide()
@@ -222,14 +233,24 @@ void frmFlashCard::showSide()
     RichTextBox1.at(paneOf(otherSide(side)))->hide();
 
     const bool front = side == Side::Front;
-    const QString caption = front ? QStringLiteral("Front (Question)") : QStringLiteral("Back (Answer)");
-    Label1[SideShown]->setText(caption);
+    Label1[SideShown]->setText(nameOf(side));
     Image1[FlipUp]->setPicture(front ? QStringLiteral("flip-to-back-up") : QStringLiteral("flip-to-front-up"));
     Image1[FlipDown]->setPicture(front ? QStringLiteral("flip-to-back-down") : QStringLiteral("flip-to-front-down"));
     for (const Command flipButton : {FlipUp, FlipDown}) {
         Image1.at(flipButton)->setHint(QString::fromLatin1(front ? viewBack : viewFront));
     }
-    Picture1->setAccessibleDescription(caption);
+}
+
+/// What is seen of the card, for those who do not see it.
+void frmFlashCard::tellCard()
+{
+    const Side side = m_session.side();
+    QStringList seen{QStringLiteral("Card ") + m_place->text(), nameOf(side)};
+    if (!Label1[MarkShown]->isHidden()) {
+        seen << QStringLiteral("marked");
+    }
+    const QString text = RichTextBox1.at(paneOf(side))->plainText().trimmed();
+    Picture1->tell(seen.join(QStringLiteral(", ")) + QStringLiteral(": ") + text);
 }
 
 void frmFlashCard::loadCard()
@@ -252,6 +273,7 @@ void frmFlashCard::showMarked(bool marked)
     Label1[MarkShown]->setVisible(marked);
     for (const Command button : {Mark, MarkToo}) {
         Image1.at(button)->setPicture(marked ? QStringLiteral("mark-on") : QStringLiteral("mark-off"));
+        Image1.at(button)->setAccessibleDescription(marked ? QStringLiteral("Marked") : QStringLiteral("Not marked"));
     }
 }
 
@@ -265,6 +287,8 @@ void frmFlashCard::showFlipper()
     Image1[Flipper]->setEnabled(flipper.canTogglePause());
     Image1[Flipper]->setPicture(flipper.isRunning() ? QStringLiteral("flipper-running")
                                                     : QStringLiteral("flipper-stopped"));
+    Image1[Flipper]->setAccessibleDescription(flipper.isRunning() ? QStringLiteral("Running")
+                                                                  : QStringLiteral("Stopped"));
     Label1[Countdown]->setVisible(flipper.isOn());
     Label1[Countdown]->setText(QString::number(flipper.secondsLeft()));
     if (!flipper.isRunning()) {
@@ -282,7 +306,10 @@ void frmFlashCard::showPlace()
 void frmFlashCard::beginCard(void (FlashCardSession::*arm)())
 {
     Timer1->stop(); // the first second of a card is a whole one
-    const auto atLast = qScopeGuard([this] { showFlipper(); });
+    const auto atLast = qScopeGuard([this] {
+        showFlipper();
+        tellCard();
+    });
     showPlace();
     showSide();
     clearCard(); // a card that cannot be read shows nothing, not the one before
@@ -314,6 +341,7 @@ void frmFlashCard::flip()
     m_session.showSide(otherSide(m_session.side()));
     showSide();
     showFlipper();
+    tellCard();
 }
 
 void frmFlashCard::toggleMark()
@@ -321,6 +349,7 @@ void frmFlashCard::toggleMark()
     m_session.toggleMark();
     showMarked(m_session.isMarked());
     showPlace(); // which a file that was replaced may have changed
+    tellCard();
 }
 
 void frmFlashCard::shuffle()
@@ -370,6 +399,7 @@ void frmFlashCard::tick()
     m_session.tick();
     if (m_session.side() != before) {
         showSide();
+        tellCard();
     }
     showFlipper();
 }

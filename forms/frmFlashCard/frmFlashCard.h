@@ -10,6 +10,7 @@ class ImageButton;
 class PaperSheet;
 class QLabel;
 class QTimer;
+class ReadingPlace;
 class RichTextBox;
 
 /// The flash-card session's window. It mirrors a FlashCardSession and turns
@@ -42,6 +43,7 @@ private:
     void showMarked(bool marked);
     void showPlace();
     void showFlipper();
+    void tellCard();
     /// All of it, for a card that was just reached, and then \p arm for its flipper.
     void beginCard(void (FlashCardSession::*arm)() = &FlashCardSession::armFlipper);
 
@@ -63,7 +65,7 @@ private:
     QLabel *m_place;                           ///< which card of how many
     PaperSheet *m_card;                        ///< the card on which the two sides lie
     std::array<RichTextBox *, 2> RichTextBox1; ///< front and back; one of them is visible
-    QWidget *Picture1;                         ///< holds the focus, so that no caret shows in the text
+    ReadingPlace *Picture1;                    ///< holds the focus, so that no caret shows in the text
     QTimer *Timer1;                            ///< runs while the flipper does
 
     Module1 &m_module;

@@ -5,6 +5,7 @@
 #include "app/WindowPlacement.h"
 #include "forms/CommandBar.h"
 #include "forms/Controls.h"
+#include "forms/HelpKey.h"
 #include "forms/frmEditCards/frmEditCards.h"
 #include "forms/frmFlashCard/frmFlashCard.h"
 #include "forms/frmOpen/frmOpen.h"
@@ -116,6 +117,7 @@ frmNotes::frmNotes(Module1 &module)
     RichTextBox1->setFrameShape(QFrame::NoFrame);
     RichTextBox1->setAccessibleName(QStringLiteral("Notes"));
     m_tools->addBox(*RichTextBox1);
+    m_sheet->showFocusOf(*RichTextBox1);
     StatusBar1->setTextFormat(Qt::PlainText);
 
     layOut();
@@ -125,7 +127,11 @@ frmNotes::frmNotes(Module1 &module)
 
     connectCommands();
     LoadTopics();
-    TabStrip1->setFocus(); // where the arrow keys leaf through the topics
+    if (TabStrip1->count() > 0) {
+        TabStrip1->setFocus(); // where the arrow keys leaf through the topics
+    } else {
+        Image1[Create]->setFocus();
+    }
 }
 
 frmNotes::~frmNotes() = default;
@@ -166,13 +172,15 @@ void frmNotes::layOut()
     rows->addWidget(m_sheet, 1);
     rows->addStretch(); // keeps the commands on top when there is no sheet
 
-    inTabOrder.insert(inTabOrder.end(), {TabStrip1, RichTextBox1});
+    inTabOrder.push_back(TabStrip1);
+    addTextInTabOrder(inTabOrder, *CoolBar1, {RichTextBox1});
     chainTabOrder(inTabOrder);
 }
 
-/// The sheet is there while there are topics to show on it.
+/// The tabs and the sheet are there while there are topics to show.
 void frmNotes::layOutContent()
 {
+    TabStrip1->setVisible(TabStrip1->count() > 0);
     m_sheet->setVisible(TabStrip1->count() > 0);
 }
 
@@ -189,6 +197,7 @@ void frmNotes::connectCommands()
         connect(Image1.at(static_cast<std::size_t>(command)), &ImageButton::clicked, this,
                 guarded(this, [this, command] { run(command); }));
     }
+    offerHelp(*this, [this] { isEditing() ? myHelp() : showHelp(this, HelpContext::MainWindow); });
 }
 
 // Commands.

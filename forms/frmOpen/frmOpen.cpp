@@ -3,8 +3,10 @@
 #include "app/CommandGuard.h"
 #include "app/ProgramFiles.h"
 #include "forms/Controls.h"
+#include "forms/HelpKey.h"
 #include "platform/ClickSound.h"
 #include "platform/CommonDialogs.h"
+#include "platform/FocusRing.h"
 #include "platform/ImageButton.h"
 #include "platform/PaperFrame.h"
 #include "platform/Twips.h"
@@ -53,6 +55,7 @@ frmOpen::frmOpen(Module1 &module, std::function<void()> show, QWidget *parent)
     setObjectName(QStringLiteral("frmOpen"));
     setWindowTitle(QStringLiteral("Cramlet"));
     setAttribute(Qt::WA_DeleteOnClose);
+    new FocusRing(*this);
     applyBackground(*this, m_module.settings);
 
     setFaces(Image1, faces);
@@ -95,6 +98,7 @@ frmOpen::frmOpen(Module1 &module, std::function<void()> show, QWidget *parent)
     connect(Image1[OkButton], &ImageButton::clicked, this, guarded(this, &frmOpen::confirm));
     connect(Image1[CancelButton], &ImageButton::clicked, this, guarded(this, &frmOpen::cancel));
     connect(List1, &QListWidget::itemDoubleClicked, this, [this] { runGuarded(this, [this] { confirm(); }); });
+    offerHelp(*this, HelpContext::GettingStarted);
 }
 
 void frmOpen::layOut()
@@ -122,6 +126,9 @@ void frmOpen::fillList()
         auto *item = new QListWidgetItem(m_recent.slot(slot).name, List1);
         item->setData(pathRole, m_recent.slot(slot).path);
         item->setToolTip(m_recent.slot(slot).path);
+        if (item->text().isEmpty()) {
+            item->setData(Qt::AccessibleTextRole, QStringLiteral("No subject"));
+        }
     }
 }
 

@@ -2,7 +2,9 @@
 
 #include "app/CommandGuard.h"
 #include "forms/Controls.h"
+#include "forms/HelpKey.h"
 #include "platform/CommonDialogs.h"
+#include "platform/FocusRing.h"
 #include "store/SubjectReading.h"
 
 #include <QBoxLayout>
@@ -57,6 +59,7 @@ frmOptions::frmOptions(Module1 &module, QWidget *parent)
     setObjectName(QStringLiteral("frmOptions"));
     setWindowTitle(QStringLiteral("Study Options..."));
     setAttribute(Qt::WA_DeleteOnClose);
+    new FocusRing(*this);
     beginStudySetup(m_module.study);
 
     tbsOptions->addTab(QStringLiteral("Style"));
@@ -212,6 +215,7 @@ void frmOptions::connectControls()
     connect(cmdOK[Cancel], &QPushButton::clicked, this, &QDialog::reject);
     connect(cmdOK[Previous], &QPushButton::clicked, this, [this] { tbsOptions->setCurrentIndex(StyleTab); });
     connect(cmdOK[Forward], &QPushButton::clicked, this, guarded(this, &frmOptions::goForward));
+    offerHelp(*this, HelpContext::StudyWizard);
 }
 
 void frmOptions::loadTopics()

@@ -5,6 +5,7 @@
 #include "app/WindowPlacement.h"
 #include "forms/CommandBar.h"
 #include "forms/Controls.h"
+#include "forms/HelpKey.h"
 #include "forms/frmTest/AnswerColumn.h"
 #include "forms/frmTest/QuestionSheet.h"
 #include "platform/ClickSound.h"
@@ -182,6 +183,7 @@ void frmTest::connectCommands()
         close();
     });
     connect(Timer1, &QTimer::timeout, this, guarded(this, &frmTest::tick));
+    offerHelp(*this, HelpContext::Test);
 }
 
 void frmTest::connectSelector(int question)
@@ -271,6 +273,24 @@ void frmTest::ShowQuestion()
         m_sheet->setChoiceVisible(choice, shown.isShown.at(choice));
     }
     m_sheet->arrange();
+    tellQuestion();
+}
+
+/// What is seen of the question, for those who do not see it: at its selector, where the focus is.
+void frmTest::tellQuestion()
+{
+    QStringList seen{Label1[Type]->text(), RichTextBox1.front()->plainText().trimmed()};
+    for (std::size_t choice = 0; choice < choiceCount; ++choice) {
+        if (!RichTextBox1.at(choice + 1)->isHidden()) {
+            seen << Label1.at(FirstChoice + choice)->text() + QLatin1Char(' ') +
+                        RichTextBox1.at(choice + 1)->plainText().trimmed();
+        }
+    }
+    SelectAnswer &selector = m_column->selector(m_session.current());
+    const QString question = seen.join(QLatin1Char('\n'));
+    if (question != selector.accessibleDescription()) {
+        selector.setAccessibleDescription(question);
+    }
 }
 
 // The commands.

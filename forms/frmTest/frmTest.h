@@ -43,6 +43,7 @@ private:
     void takeFocusBack();
     void actOnKey(int question, int key);
     void ShowQuestion();
+    void tellQuestion();
 
     // The commands.
     void findNextOpen();

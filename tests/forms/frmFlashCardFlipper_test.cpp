@@ -1,5 +1,6 @@
 #include "forms/frmCardOptions/frmCardOptions.h"
 #include "tests/forms/FlashCardTest.h"
+#include "tests/support/HelpWindows.h"
 
 #include <functional>
 #include <ostream>
@@ -273,9 +274,17 @@ TEST_F(frmFlashCardFlipper, NoSecondPassesBehindAMessage)
     };
     within<QMessageBox>([this] { run(Previous); }, wait);
     within<QMessageBox>([this] { run(Shuffle); }, wait);
-    within<QMessageBox>([this] { run(Help); }, wait);
     EXPECT_EQ(scene(), "1 of 12, front 1, 2 running");
     passSecond();
+    EXPECT_EQ(scene(), "1 of 12, front 1, 1 running");
+}
+
+TEST_F(frmFlashCardFlipper, TheSecondsGoOnBesideTheHelpWhichLeavesTheCardToBeRead)
+{
+    open(3);
+    run(Help);
+    passSeconds(2);
+    expectHelp(HelpContext::FlashCardSession);
     EXPECT_EQ(scene(), "1 of 12, front 1, 1 running");
 }
 

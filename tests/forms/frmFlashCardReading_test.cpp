@@ -85,10 +85,9 @@ TEST_F(frmFlashCardReading, AScreenReaderIsToldWhichSideIsShown)
 {
     open();
     const auto &sink = control<QWidget>(*window, "Picture1");
-    EXPECT_FALSE(sink.accessibleName().isEmpty());
-    EXPECT_EQ(sink.accessibleDescription(), QStringLiteral("Front (Question)"));
+    EXPECT_TRUE(sink.accessibleName().contains(QStringLiteral("Front (Question)")));
     key(Qt::Key_Down);
-    EXPECT_EQ(sink.accessibleDescription(), QStringLiteral("Back (Answer)"));
+    EXPECT_TRUE(sink.accessibleName().contains(QStringLiteral("Back (Answer)")));
 }
 
 // Reading.

@@ -2,6 +2,7 @@
 #include "forms/frmOpen/frmOpen.h"
 #include "forms/frmOptions/frmOptions.h"
 #include "tests/forms/NotesTest.h"
+#include "tests/support/HelpWindows.h"
 
 #include <QAbstractButton>
 #include <QComboBox>
@@ -312,14 +313,16 @@ protected:
         case Rename:
         case BackgroundColor: answers.key(Qt::Key_Escape); break;
         case Delete: answers.press(QMessageBox::No); break;
-        case Help: answers.press(QMessageBox::Ok); break;
         case Exit: answers.press(QMessageBox::Cancel); break;
+        case Help:
         case EditCards:
         case Study:
         case Edit: break;
         }
         give();
-        if (auto *editor = visibleWindow<frmEditCards>()) {
+        if (GetParam() == Help) {
+            expectHelp(HelpContext::MainWindow);
+        } else if (auto *editor = visibleWindow<frmEditCards>()) {
             editor->close();
         } else if (auto *wizard = visibleWindow<frmOptions>()) {
             QTest::keyClick(wizard, Qt::Key_Escape);

@@ -8,6 +8,7 @@
 #include "platform/SelectAnswer.h"
 #include "platform/Twips.h"
 #include "tests/forms/NotesTest.h"
+#include "tests/support/HelpWindows.h"
 
 #include <QColorDialog>
 #include <QListWidget>
@@ -422,23 +423,16 @@ TEST_F(frmNotesTest, AColorThatCannotBeStoredIsReportedAndThePageKeepsItsOwn)
 TEST_F(frmNotesTest, HelpSpeaksOfTheMainWindow)
 {
     open();
-    DialogAnswers answers;
-    answers.press(QMessageBox::Ok);
     run(Help);
-    EXPECT_EQ(answers.last().title, QStringLiteral("Help"));
-    EXPECT_EQ(answers.last().icon, QMessageBox::Information);
-    EXPECT_TRUE(answers.last().text.contains(QStringLiteral("the main window"))) << answers.last().text.toStdString();
+    expectHelp(HelpContext::MainWindow);
 }
 
 TEST_F(frmNotesTest, TheToolsHelpSpeaksOfEditingNotesAndEditingGoesOn)
 {
     open();
     run(Edit);
-    DialogAnswers answers;
-    answers.press(QMessageBox::Ok);
     click(*window, "Toolbar1(9)");
-    EXPECT_EQ(answers.last().title, QStringLiteral("Help"));
-    EXPECT_TRUE(answers.last().text.contains(QStringLiteral("editing notes"))) << answers.last().text.toStdString();
+    expectHelp(HelpContext::EditingNotes);
     EXPECT_TRUE(isEditing());
 }
 

@@ -1,4 +1,5 @@
 #include "tests/forms/TestWindowTest.h"
+#include "tests/support/HelpWindows.h"
 
 #include <QLocale>
 #include <QTime>
@@ -258,8 +259,9 @@ TEST_F(frmTestClock, TheSecondsGoOnWhileAMessageIsRead)
     key(Qt::Key_Left);
     EXPECT_EQ(dialogs.last().title, QStringLiteral("First Question"));
     EXPECT_EQ(clockText(), QStringLiteral("1:57"));
-    linger(4);
     run(Help);
+    passSeconds(4);
+    expectHelp(HelpContext::Test);
     EXPECT_EQ(clockText(), QStringLiteral("1:53"));
     linger(2, QMessageBox::Cancel);
     key(Qt::Key_Escape);
