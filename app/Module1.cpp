@@ -6,21 +6,9 @@
 
 namespace {
 
-constexpr int endingLength = 4; // ".crl"
 constexpr int white = 0xffffff;
 
 } // namespace
-
-std::filesystem::path subjectFile(const Subject &subject)
-{
-    return subject.path.toStdString();
-}
-
-Subject subjectAt(const QString &path)
-{
-    const QString file = path.section(QLatin1Char('/'), -1);
-    return {path, file.chopped(qMin<qsizetype>(endingLength, file.size()))};
-}
 
 QString asCaption(QString text)
 {

@@ -1,6 +1,7 @@
 #pragma once
 
-#include "app/Module1.h"
+#include "app/Subject.h"
+#include "platform/SettingsStore.h"
 
 #include <array>
 #include <functional>

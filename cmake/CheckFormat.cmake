@@ -2,7 +2,7 @@ cmake_minimum_required(VERSION 3.25)
 # ctest runs this: cmake -DROOT=<source dir> -DCLANG_FORMAT=<program> -P CheckFormat.cmake
 # Fails if clang-format would change a source.
 set(files "")
-foreach(folder store study platform app txtEdit forms tests bench fuzz assets samples)
+foreach(folder store study platform app txtEdit forms tests bench fuzz assets packaging samples)
   file(GLOB_RECURSE found ${ROOT}/${folder}/*.h ${ROOT}/${folder}/*.cpp)
   list(APPEND files ${found})
 endforeach()
