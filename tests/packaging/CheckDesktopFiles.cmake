@@ -1,5 +1,5 @@
 cmake_minimum_required(VERSION 3.25)
-# ctest runs this: cmake -DPACKAGING=<its folder> -DFOLDER=<scratch> -P CheckDesktopFiles.cmake
+# ctest runs this: cmake -DPACKAGING=<its folder> -DMETAINFO=<the file made> -DFOLDER=<scratch> -P CheckDesktopFiles.cmake
 # Fails if what the desktop reads about the program breaks that desktop's rules.
 
 # Runs a validator, which must have nothing at all to say.
@@ -24,7 +24,7 @@ check(xmllint --noout --dtdvalid ${FOLDER}/mime-info.dtd ${PACKAGING}/cramlet-mi
 
 # It tells of its success, and fails on a warning.
 execute_process(
-    COMMAND appstreamcli validate --no-net --no-color ${PACKAGING}/org.cramlet.cramlet.metainfo.xml
+    COMMAND appstreamcli validate --no-net --no-color ${METAINFO}
     RESULT_VARIABLE result OUTPUT_VARIABLE said ERROR_VARIABLE said)
 if(NOT result EQUAL 0)
   message(SEND_ERROR "appstreamcli ended with ${result}\n${said}")
