@@ -24,7 +24,7 @@ WorkDisplay::WorkDisplay(LongWork::Clock now)
 {
     observeWork([this](const WorkState &work) {
         if (work.willTakeLong) {
-            m_display.willTakeLong(inWords(work));
+            m_display.willBeSilent(inWords(work), LongWork::Silence::Long);
         } else {
             m_display.goesOn(inWords(work), work.done, work.total);
         }

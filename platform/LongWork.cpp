@@ -37,6 +37,7 @@ QWidget *windowInFront()
 LongWork::LongWork(Clock now)
     : m_now(std::move(now))
 {
+    s_display = this;
     const QAbstractEventDispatcher *loop = QAbstractEventDispatcher::instance();
     connect(loop, &QAbstractEventDispatcher::awake, this, &LongWork::loopTurned);
     connect(loop, &QAbstractEventDispatcher::aboutToBlock, this, &LongWork::loopTurned);
@@ -44,6 +45,9 @@ LongWork::LongWork(Clock now)
 
 LongWork::~LongWork()
 {
+    if (s_display == this) {
+        s_display = nullptr;
+    }
     loopTurned();
 }
 
@@ -74,14 +78,23 @@ void LongWork::goesOn(const QString &what, int done, int total)
     letPaint();
 }
 
-void LongWork::willTakeLong(const QString &what)
+void LongWork::willBeSilent(const QString &what, Silence silence)
 {
     if (s_isLettingPaint) {
         return;
     }
     showPointer();
-    showPanel(what, 0, 0);
+    if (silence == Silence::Long) {
+        showPanel(what, 0, 0);
+    }
     letPaint();
+}
+
+void LongWork::announce(const QString &what, Silence silence)
+{
+    if (s_display != nullptr) {
+        s_display->willBeSilent(what, silence);
+    }
 }
 
 void LongWork::loopTurned()

@@ -28,8 +28,14 @@ public:
 
     /// The work goes on: \p done steps of \p total are behind it, or nobody knows if \p total is 0.
     void goesOn(const QString &what, int done, int total);
-    /// The work will not say anything for more than half a second.
-    void willTakeLong(const QString &what);
+    /// How long work takes that cannot say anything on the way.
+    enum class Silence {
+        Noticeable, ///< half a second and more: the pointer is busy at once
+        Long,       ///< two seconds and more: the panel is there at once, too
+    };
+    void willBeSilent(const QString &what, Silence silence);
+    /// The same for whoever does not know the display, if there is one.
+    static void announce(const QString &what, Silence silence);
 
     /// Whether the event loop runs inside of work: no command may begin then.
     [[nodiscard]] static bool isLettingPaint() { return s_isLettingPaint; }
@@ -41,6 +47,7 @@ private:
     static void letPaint();
 
     static inline bool s_isLettingPaint = false;
+    static inline LongWork *s_display = nullptr; ///< the last one made
 
     const Clock m_now;
     std::chrono::milliseconds m_since{};   ///< first sign of this piece of work

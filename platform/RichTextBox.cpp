@@ -2,6 +2,7 @@
 
 #include "platform/CommonDialogs.h"
 #include "platform/ListNumbers.h"
+#include "platform/LongWork.h"
 #include "platform/NotebookPage.h"
 #include "platform/ObjectOpener.h"
 #include "platform/ObjectPainter.h"
@@ -41,6 +42,25 @@
 namespace {
 
 constexpr int unitsPerInch = 96;
+
+constexpr std::ptrdiff_t noticeableText =
+    1'000'000;                                 ///< bytes of RTF that take about half a second until they are shown
+constexpr std::ptrdiff_t longText = 4'000'000; ///< and about two seconds
+
+/// Tells the learner when \p rtf takes long: nothing of it can be shown before all of it is read.
+void announceReading(const std::string &rtf)
+{
+    if (std::ssize(rtf) < noticeableText) {
+        return;
+    }
+    // A picture is hexadecimal digits, and takes no time to speak of.
+    const auto text = std::ranges::count_if(
+        rtf, [](char byte) { return !(byte >= '0' && byte <= '9') && !(byte >= 'a' && byte <= 'f'); });
+    if (text >= noticeableText) {
+        LongWork::announce(QStringLiteral("Reading a long text..."),
+                           text >= longText ? LongWork::Silence::Long : LongWork::Silence::Noticeable);
+    }
+}
 
 /// Nothing if \p bytes are not UTF-8.
 std::optional<QString> fromUtf8(const std::string &bytes)
@@ -151,6 +171,7 @@ std::string RichTextBox::rtf() const
 
 void RichTextBox::setRtf(const std::string &rtf)
 {
+    announceReading(rtf);
     std::optional<RtfError> error;
     {
         std::optional<LayoutPause> pause;

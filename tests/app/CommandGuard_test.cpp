@@ -59,7 +59,7 @@ TEST(CommandGuard, BeginsNoCommandInTheMiddleOfLongWork)
     int begun = 0;
     bool ran = true;
     QTimer::singleShot(0, qApp, [&] { ran = runGuarded(nullptr, [&] { ++begun; }); });
-    runGuarded(nullptr, [&] { work.willTakeLong(QStringLiteral("Counting...")); });
+    runGuarded(nullptr, [&] { work.willBeSilent(QStringLiteral("Counting..."), LongWork::Silence::Long); });
     EXPECT_FALSE(ran);
     EXPECT_EQ(begun, 0);
     EXPECT_TRUE(runGuarded(nullptr, [&] { ++begun; })) << "afterwards commands begin again";

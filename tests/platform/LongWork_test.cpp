@@ -98,9 +98,22 @@ TEST_F(ShownLongWork, WithoutATotalTheBarOnlyMoves)
     EXPECT_EQ(panel()->findChild<QProgressBar *>()->maximum(), 0);
 }
 
+TEST_F(ShownLongWork, WorkThatIsNoticedButShortHasOnlyThePointer)
+{
+    work.willBeSilent(QStringLiteral("Reading..."), LongWork::Silence::Noticeable);
+    EXPECT_TRUE(isPointerBusy());
+    EXPECT_EQ(panel(), nullptr);
+}
+
+TEST_F(ShownLongWork, WhoDoesNotKnowTheDisplayCanAnnounceWork)
+{
+    LongWork::announce(QStringLiteral("Reading..."), LongWork::Silence::Noticeable);
+    EXPECT_TRUE(isPointerBusy());
+}
+
 TEST_F(ShownLongWork, WorkThatWillTakeLongShowsAtOnce)
 {
-    work.willTakeLong(QStringLiteral("Undoing..."));
+    work.willBeSilent(QStringLiteral("Undoing..."), LongWork::Silence::Long);
     EXPECT_TRUE(isPointerBusy());
     ASSERT_NE(panel(), nullptr);
     EXPECT_EQ(panel()->findChild<QLabel *>()->text(), QStringLiteral("Undoing..."));
@@ -163,7 +176,7 @@ TEST_F(ShownLongWork, ASignFromWithinAPaintIsPassedOver)
 {
     QTimer::singleShot(0, &window, [&] {
         workFor(10s);
-        work.willTakeLong(QStringLiteral("Within"));
+        work.willBeSilent(QStringLiteral("Within"), LongWork::Silence::Long);
     });
     workFor(0ms);
     workFor(500ms);
@@ -199,9 +212,11 @@ TEST(LongWork, WhatItShowsEndsWithIt)
 {
     {
         LongWork work([] { return 0ms; });
-        work.willTakeLong(QStringLiteral("Counting..."));
+        work.willBeSilent(QStringLiteral("Counting..."), LongWork::Silence::Long);
         EXPECT_NE(QApplication::overrideCursor(), nullptr);
     }
+    EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+    LongWork::announce(QStringLiteral("Counting..."), LongWork::Silence::Long); // to nobody
     EXPECT_EQ(QApplication::overrideCursor(), nullptr);
 }
 

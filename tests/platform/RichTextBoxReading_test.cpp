@@ -1,3 +1,4 @@
+#include "platform/LongWork.h"
 #include "platform/RichTextBox.h"
 #include "platform/rtf/OleObject.h"
 #include "platform/rtf/RtfObject.h"
@@ -551,6 +552,36 @@ TEST_F(Reading, ABoxMayEndWhileItMagnifies)
     QObject::connect(document, &QObject::destroyed, [&ended] { ended = true; });
     box.reset();
     EXPECT_TRUE(ended);
+}
+
+/// RTF of that many bytes, of which the reader makes little: most of it is in a group that it skips.
+std::string rtfOfSize(std::size_t bytes, char filling)
+{
+    return "{\\rtf1 {\\*\\unknown " + std::string(bytes, filling) + "}text\\par}";
+}
+
+/// Whether the pointer is busy after \p rtf was shown, the event loop not having had its turn.
+bool isBusyAfter(const std::string &rtf)
+{
+    const LongWork work(LongWork::steadyTime);
+    RichTextBox box;
+    box.setRtf(rtf);
+    return QApplication::overrideCursor() != nullptr;
+}
+
+TEST(RichTextBoxReading, ALongTextIsAnnounced)
+{
+    EXPECT_TRUE(isBusyAfter(rtfOfSize(1000000, 'x')));
+}
+
+TEST(RichTextBoxReading, ATextOfUsualLengthIsNotAnnounced)
+{
+    EXPECT_FALSE(isBusyAfter(rtfOfSize(900000, 'x')));
+}
+
+TEST(RichTextBoxReading, ALargePictureIsNoLongText)
+{
+    EXPECT_FALSE(isBusyAfter(rtfOfSize(9000000, 'f')));
 }
 
 } // namespace
