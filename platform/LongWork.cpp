@@ -19,6 +19,9 @@ constexpr auto betweenPaints = 100ms; // smooth for a progress bar, and next to 
 constexpr int panelWidth = 300; // pixels
 constexpr int panelMargin = 16;
 
+bool isPainting = false;     ///< the event loop runs inside of work
+LongWork *display = nullptr; ///< the last one made
+
 QWidget *windowInFront()
 {
     if (QWidget *active = QApplication::activeWindow()) {
@@ -37,7 +40,7 @@ QWidget *windowInFront()
 LongWork::LongWork(Clock now)
     : m_now(std::move(now))
 {
-    s_display = this;
+    display = this;
     const QAbstractEventDispatcher *loop = QAbstractEventDispatcher::instance();
     connect(loop, &QAbstractEventDispatcher::awake, this, &LongWork::loopTurned);
     connect(loop, &QAbstractEventDispatcher::aboutToBlock, this, &LongWork::loopTurned);
@@ -45,10 +48,15 @@ LongWork::LongWork(Clock now)
 
 LongWork::~LongWork()
 {
-    if (s_display == this) {
-        s_display = nullptr;
+    if (display == this) {
+        display = nullptr;
     }
     loopTurned();
+}
+
+bool LongWork::isLettingPaint()
+{
+    return isPainting;
 }
 
 std::chrono::milliseconds LongWork::steadyTime()
@@ -58,7 +66,7 @@ std::chrono::milliseconds LongWork::steadyTime()
 
 void LongWork::goesOn(const QString &what, int done, int total)
 {
-    if (s_isLettingPaint) {
+    if (isPainting) {
         return;
     }
     const auto now = m_now();
@@ -80,7 +88,7 @@ void LongWork::goesOn(const QString &what, int done, int total)
 
 void LongWork::willBeSilent(const QString &what, Silence silence)
 {
-    if (s_isLettingPaint) {
+    if (isPainting) {
         return;
     }
     showPointer();
@@ -92,14 +100,14 @@ void LongWork::willBeSilent(const QString &what, Silence silence)
 
 void LongWork::announce(const QString &what, Silence silence)
 {
-    if (s_display != nullptr) {
-        s_display->willBeSilent(what, silence);
+    if (display != nullptr) {
+        display->willBeSilent(what, silence);
     }
 }
 
 void LongWork::loopTurned()
 {
-    if (s_isLettingPaint) {
+    if (isPainting) {
         return;
     }
     m_isNew = true;
@@ -156,6 +164,6 @@ void LongWork::showPanel(const QString &what, int done, int total)
 
 void LongWork::letPaint()
 {
-    const QScopedValueRollback painting(s_isLettingPaint, true);
+    const QScopedValueRollback painting(isPainting, true);
     QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
 }

@@ -38,16 +38,13 @@ public:
     static void announce(const QString &what, Silence silence);
 
     /// Whether the event loop runs inside of work: no command may begin then.
-    [[nodiscard]] static bool isLettingPaint() { return s_isLettingPaint; }
+    [[nodiscard]] static bool isLettingPaint();
 
 private:
     void loopTurned();
     void showPointer();
     void showPanel(const QString &what, int done, int total);
     static void letPaint();
-
-    static inline bool s_isLettingPaint = false;
-    static inline LongWork *s_display = nullptr; ///< the last one made
 
     const Clock m_now;
     std::chrono::milliseconds m_since{};   ///< first sign of this piece of work
