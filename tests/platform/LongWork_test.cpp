@@ -2,7 +2,9 @@
 #include "tests/support/Windows.h"
 
 #include <QLabel>
+#include <QLineEdit>
 #include <QProgressBar>
+#include <qpa/qwindowsysteminterface.h>
 
 namespace {
 
@@ -160,6 +162,34 @@ TEST_F(ShownLongWork, TheWindowsArePaintedWhileTheWorkGoesOn)
     EXPECT_EQ(window.paints, before + 1) << "painting at every sign would slow the work down";
     workFor(1ms);
     EXPECT_EQ(window.paints, before + 2);
+}
+
+TEST_F(ShownLongWork, AKeyThatIsPressedMeanwhileArrivesAfterTheWork)
+{
+    QLineEdit field(&window);
+    field.show();
+    field.setFocus();
+    workFor(0ms);
+    QWindowSystemInterface::handleKeyEvent<QWindowSystemInterface::AsynchronousDelivery>(
+        window.windowHandle(), QEvent::KeyPress, Qt::Key_X, Qt::NoModifier, QStringLiteral("x"));
+    workFor(500ms);
+    EXPECT_TRUE(field.text().isEmpty());
+    EXPECT_TRUE(QTest::qWaitFor([&] { return field.text() == QStringLiteral("x"); }));
+}
+
+TEST_F(ShownLongWork, ThePanelStandsInTheWindowThatHasTheKeys)
+{
+    for (int others = 0; others < 4; ++others) { // whatever the order in which windows are listed
+        QWidget other;
+        other.show();
+        window.activateWindow();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(&window));
+        workFor(0ms);
+        workFor(2s);
+        EXPECT_NE(panel(), nullptr);
+        EXPECT_EQ(other.findChild<QWidget *>(QStringLiteral("LongWork")), nullptr);
+        returnToTheLoop();
+    }
 }
 
 TEST_F(ShownLongWork, WhoAsksIsToldThatTheLoopRunsInsideOfWork)
