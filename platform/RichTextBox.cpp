@@ -225,6 +225,12 @@ void RichTextBox::setLocked(bool locked)
     setReadOnly(locked);
 }
 
+void RichTextBox::scrollPage(int key)
+{
+    verticalScrollBar()->triggerAction(key == Qt::Key_PageUp ? QScrollBar::SliderPageStepSub
+                                                             : QScrollBar::SliderPageStepAdd);
+}
+
 bool RichTextBox::isLocked() const
 {
     return isReadOnly();

@@ -50,6 +50,8 @@ public:
 
     /// A locked box shows and selects, and takes no change from the learner.
     void setLocked(bool locked);
+    /// Scrolls by a page, without the focus: \p key is Page Up or Page Down.
+    void scrollPage(int key);
     [[nodiscard]] bool isLocked() const;
 
     /// Keeps a text that is lower than the box in its middle in these directions, as one block: its lines

@@ -21,7 +21,6 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QScopeGuard>
-#include <QScrollBar>
 #include <QTimer>
 
 #include <vector>
@@ -427,12 +426,6 @@ bool frmFlashCard::pressButtonOf(int key)
     }
 }
 
-void frmFlashCard::scrollCard(int key)
-{
-    QScrollBar *scroll = RichTextBox1.at(paneOf(m_session.side()))->verticalScrollBar();
-    scroll->triggerAction(key == Qt::Key_PageUp ? QScrollBar::SliderPageStepSub : QScrollBar::SliderPageStepAdd);
-}
-
 void frmFlashCard::keyPressEvent(QKeyEvent *event)
 {
     const bool plain = isPlain(event->modifiers());
@@ -443,7 +436,7 @@ void frmFlashCard::keyPressEvent(QKeyEvent *event)
         return;
     }
     if (plain && (event->key() == Qt::Key_PageUp || event->key() == Qt::Key_PageDown)) {
-        scrollCard(event->key());
+        RichTextBox1.at(paneOf(m_session.side()))->scrollPage(event->key());
         return;
     }
     NotebookPage::keyPressEvent(event);

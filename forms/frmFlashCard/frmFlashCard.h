@@ -58,7 +58,6 @@ private:
     void toggleFlipperPause();
     void tick();
     [[nodiscard]] bool pressButtonOf(int key);
-    void scrollCard(int key);
 
     std::array<ImageButton *, 11> Image1;      ///< the commands, see Command in the source
     std::array<QLabel *, 3> Label1;            ///< the side shown, the mark, the flipper's countdown

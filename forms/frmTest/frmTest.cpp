@@ -347,9 +347,17 @@ bool frmTest::pressButtonOf(int key)
 
 void frmTest::keyPressEvent(QKeyEvent *event)
 {
-    if (!isPlain(event->modifiers()) || !pressButtonOf(event->key())) {
-        NotebookPage::keyPressEvent(event);
+    const bool plain = isPlain(event->modifiers());
+    if (plain && pressButtonOf(event->key())) {
+        return;
     }
+    if (plain && (event->key() == Qt::Key_PageUp || event->key() == Qt::Key_PageDown)) {
+        for (RichTextBox *box : RichTextBox1) { // all that is long at once: none of them has the keys
+            box->scrollPage(event->key());
+        }
+        return;
+    }
+    NotebookPage::keyPressEvent(event);
 }
 
 // The clock, and the end.

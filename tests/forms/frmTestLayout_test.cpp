@@ -468,6 +468,21 @@ TEST_F(frmTestLayout, LongTextsScrollByTheWheelAndTheKeysStayWithTheSelector)
     EXPECT_EQ(box().verticalScrollBar()->value(), 0) << "the next question begins at its start";
 }
 
+TEST_F(frmTestLayout, LongTextsScrollByThePageKeys)
+{
+    writeAll(lines(300), lines(300));
+    open(12, 100);
+    key(Qt::Key_PageDown);
+    for (RichTextBox *any : {&box(), &box(1), &box(2), &box(3)}) {
+        EXPECT_GT(any->verticalScrollBar()->value(), 0) << any->objectName().toStdString();
+    }
+    key(Qt::Key_PageUp);
+    for (RichTextBox *any : {&box(), &box(1), &box(2), &box(3)}) {
+        EXPECT_EQ(any->verticalScrollBar()->value(), 0) << any->objectName().toStdString();
+    }
+    EXPECT_EQ(focused(), 0);
+}
+
 TEST_F(frmTestLayout, SmallWritingIsShownAtLeast14PointsHigh)
 {
     const std::string tiny = "{\\rtf1{\\fonttbl{\\f0 DejaVu Sans;}}\\f0\\fs20 small\\par}";
