@@ -1,8 +1,8 @@
 #include "platform/FocusRing.h"
 
+#include "platform/ContrastRatio.h"
 #include "platform/DevicePixels.h"
 #include "platform/ImageButton.h"
-#include "platform/PaperPalette.h"
 #include "platform/ReadingPlace.h"
 #include "platform/SelectAnswer.h"
 #include "platform/TabStrip.h"

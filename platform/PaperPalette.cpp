@@ -1,24 +1,14 @@
 #include "platform/PaperPalette.h"
 
+#include "platform/ContrastRatio.h"
+
 #include <algorithm>
 #include <array>
-#include <cmath>
 
 namespace {
 
 constexpr double wellReadable = 7.0;
 constexpr double readable = 4.5;
-
-double linear(float channel)
-{
-    const double value = channel;
-    return value <= 0.04045 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
-}
-
-double luminance(const QColor &color)
-{
-    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF());
-}
 
 /// \p share 0 is \p one, 1 is \p other.
 QColor mix(const QColor &one, const QColor &other, double share)
@@ -44,7 +34,7 @@ QColor inkFor(const QColor &paper)
 /// from the ink, and on middling paper as far as it takes to be readable.
 QColor baseFor(const QColor &paper, const QColor &ink)
 {
-    const QColor away = luminance(ink) < luminance(paper) ? QColor(Qt::white) : QColor(Qt::black);
+    const QColor away = relativeLuminance(ink) < relativeLuminance(paper) ? QColor(Qt::white) : QColor(Qt::black);
     QColor base = mix(paper, away, 0.45);
     for (double share = 0.5; contrastRatio(base, ink) < wellReadable && share <= 1; share += 0.05) {
         base = mix(paper, away, share);
@@ -130,13 +120,6 @@ QPalette paperPalette(const QColor &paper)
         palette.setColor(QPalette::Disabled, text, faint);
     }
     return palette;
-}
-
-double contrastRatio(const QColor &one, const QColor &other)
-{
-    const double lighter = std::max(luminance(one), luminance(other));
-    const double darker = std::min(luminance(one), luminance(other));
-    return (lighter + 0.05) / (darker + 0.05);
 }
 
 QColor colorOfNumber(int number)

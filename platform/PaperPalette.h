@@ -8,9 +8,6 @@
 /// the paper allows), and borders and disabled text that go with both.
 [[nodiscard]] QPalette paperPalette(const QColor &paper);
 
-/// The contrast of two opaque colours, 1 to 21, as accessibility guidelines compute it.
-[[nodiscard]] double contrastRatio(const QColor &one, const QColor &other);
-
 /// A colour from its settings number: 24 bits, blue-green-red, low byte red.
 [[nodiscard]] QColor colorOfNumber(int number);
 [[nodiscard]] int numberOfColor(const QColor &color);

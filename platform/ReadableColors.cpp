@@ -1,5 +1,6 @@
 #include "platform/ReadableColors.h"
 
+#include "platform/ContrastRatio.h"
 #include "platform/PaperPalette.h"
 
 #include <QTextBlock>

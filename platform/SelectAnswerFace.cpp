@@ -1,7 +1,7 @@
 #include "platform/SelectAnswerFace.h"
 
+#include "platform/ContrastRatio.h"
 #include "platform/DevicePixels.h"
-#include "platform/PaperPalette.h"
 
 #include <QFontMetricsF>
 #include <QPainter>

@@ -1,12 +1,13 @@
+#include "platform/PaperPalette.h"
 #include "tests/forms/AccessibilityWalk.h"
 #include "tests/forms/ShownWindows.h"
+#include "tests/forms/SpoiledWindow.h"
 #include "tests/support/Contrast.h"
 
 #include <QCheckBox>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QSet>
-#include <QVBoxLayout>
 
 namespace {
 
@@ -115,28 +116,6 @@ TEST_F(ShownWindows, AMarkedCardSaysSoInWords)
 }
 
 // The walk itself sees what is wrong.
-
-class SpoiledWindow : public testing::Test
-{
-protected:
-    template <class Control>
-    Control *add(const char *name)
-    {
-        auto *control = new Control;
-        control->setObjectName(QString::fromLatin1(name));
-        rows.addWidget(control);
-        return control;
-    }
-    void show()
-    {
-        window.setWindowTitle(QStringLiteral("Spoiled"));
-        window.show();
-        ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
-    }
-
-    QDialog window;
-    QVBoxLayout &rows = *new QVBoxLayout(&window);
-};
 
 TEST_F(SpoiledWindow, AControlWithoutANameIsSeen)
 {

@@ -1,4 +1,5 @@
 #include "platform/ElidedLabel.h"
+#include "platform/PaperPalette.h"
 #include "platform/SelectAnswerFace.h"
 #include "tests/forms/AccessibilityWalk.h"
 #include "tests/forms/ShownWindows.h"

@@ -1,11 +1,11 @@
 #include "platform/PaperSheet.h"
 #include "tests/forms/AccessibilityWalk.h"
 #include "tests/forms/ShownWindows.h"
+#include "tests/forms/SpoiledWindow.h"
 #include "tests/support/Contrast.h"
 
 #include <QLineEdit>
 #include <QPushButton>
-#include <QVBoxLayout>
 
 namespace {
 
@@ -181,27 +181,6 @@ TEST_F(KeysOfTheirOwn, TheArrowsLeadThroughTheOptionsOfAGroup)
 }
 
 // The walk itself sees what is wrong.
-
-class SpoiledWindow : public testing::Test
-{
-protected:
-    template <class Control>
-    Control *add(const char *name)
-    {
-        auto *control = new Control;
-        control->setObjectName(QString::fromLatin1(name));
-        rows.addWidget(control);
-        return control;
-    }
-    void show()
-    {
-        window.show();
-        ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
-    }
-
-    QDialog window;
-    QVBoxLayout &rows = *new QVBoxLayout(&window);
-};
 
 TEST_F(SpoiledWindow, AControlThatTabLeavesOutIsSeen)
 {

@@ -1,3 +1,4 @@
+#include "platform/ContrastRatio.h"
 #include "platform/ObjectPainter.h"
 #include "platform/PaperPalette.h"
 #include "platform/rtf/OleObject.h"

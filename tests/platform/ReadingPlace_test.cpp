@@ -1,3 +1,4 @@
+#include "platform/PaperPalette.h"
 #include "platform/PaperSheet.h"
 #include "platform/ReadingPlace.h"
 #include "tests/support/Contrast.h"

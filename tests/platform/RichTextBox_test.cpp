@@ -1,5 +1,5 @@
+#include "platform/ContrastRatio.h"
 #include "platform/NotebookPage.h"
-#include "platform/PaperPalette.h"
 #include "platform/RichTextBox.h"
 #include "platform/rtf/RtfWriter.h"
 #include "tests/support/KeyWindow.h"

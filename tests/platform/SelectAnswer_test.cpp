@@ -1,3 +1,4 @@
+#include "platform/ContrastRatio.h"
 #include "platform/PaperPalette.h"
 #include "platform/SelectAnswer.h"
 #include "tests/support/KeyWindow.h"

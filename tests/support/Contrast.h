@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/PaperPalette.h"
+#include "platform/ContrastRatio.h"
 
 #include <QColor>
 #include <QHash>

@@ -1,3 +1,4 @@
+#include "platform/ContrastRatio.h"
 #include "platform/help/HelpPage.h"
 #include "platform/help/InkContrast.h"
 #include "tests/platform/help/GardenBook.h"
@@ -145,7 +146,7 @@ TEST_F(HelpPageTest, APictureIsDrawnSharpOnAFineScreen)
 TEST_F(HelpPageTest, LinksCanBeReadOnALightAndOnADarkDesktop)
 {
     page.openPlace(gardenPage("garden.html"));
-    EXPECT_GE(contrast(page.palette().color(QPalette::Base), inkOf("trees")), 4.5);
+    EXPECT_GE(contrastRatio(page.palette().color(QPalette::Base), inkOf("trees")), 4.5);
 
     QPalette dark = page.palette();
     dark.setColor(QPalette::Base, QColor(35, 35, 35));
@@ -153,7 +154,7 @@ TEST_F(HelpPageTest, LinksCanBeReadOnALightAndOnADarkDesktop)
     dark.setColor(QPalette::Link, Qt::blue);
     page.setPalette(dark);
     EXPECT_EQ(page.source(), gardenPage("garden.html"));
-    EXPECT_GE(contrast(QColor(35, 35, 35), inkOf("trees")), 4.5);
+    EXPECT_GE(contrastRatio(QColor(35, 35, 35), inkOf("trees")), 4.5);
 }
 
 TEST_F(HelpPageTest, LettersStayBetweenTheSmallestAndTheLargest)

@@ -1,3 +1,4 @@
+#include "platform/ContrastRatio.h"
 #include "platform/help/InkContrast.h"
 
 #include <gtest/gtest.h>
@@ -6,10 +7,10 @@ namespace {
 
 TEST(InkContrast, GoesFromOneToTwentyOne)
 {
-    EXPECT_DOUBLE_EQ(contrast(Qt::white, Qt::white), 1);
-    EXPECT_NEAR(contrast(Qt::white, Qt::black), 21, 1e-9);
-    EXPECT_DOUBLE_EQ(contrast(Qt::black, Qt::white), contrast(Qt::white, Qt::black));
-    EXPECT_NEAR(contrast(Qt::white, QColor(0x76, 0x76, 0x76)), 4.54, 0.01);
+    EXPECT_DOUBLE_EQ(contrastRatio(Qt::white, Qt::white), 1);
+    EXPECT_NEAR(contrastRatio(Qt::white, Qt::black), 21, 1e-9);
+    EXPECT_DOUBLE_EQ(contrastRatio(Qt::black, Qt::white), contrastRatio(Qt::white, Qt::black));
+    EXPECT_NEAR(contrastRatio(Qt::white, QColor(0x76, 0x76, 0x76)), 4.54, 0.01);
 }
 
 TEST(InkContrast, AnInkThatCanBeReadStaysAsItIs)
@@ -25,7 +26,7 @@ TEST(InkContrast, AnyInkCanBeReadOnAnyGround)
             for (const QColor &paper : {QColor(ground, ground, ground), QColor::fromHsl(hue, 255, ground)}) {
                 for (const int lightness : {0, 60, 128, 200, 255}) {
                     const QColor ink = QColor::fromHsl((hue + 120) % 360, 255, lightness);
-                    EXPECT_GE(contrast(paper, inkOn(paper, ink)), 4.5)
+                    EXPECT_GE(contrastRatio(paper, inkOn(paper, ink)), 4.5)
                         << paper.name().toStdString() << ' ' << ink.name().toStdString();
                 }
             }
