@@ -54,6 +54,8 @@ private:
     void end(const HtmlElement &element);
     void open(const HtmlToken &token);
     void close();
+    template <class Ends, class Bounds>
+    bool closeInnermost(Ends ends, Bounds bounds);
     void closeOpen(HtmlRole role, HtmlRole within);
     void closeParagraphElement();
     [[nodiscard]] HtmlLook lookOf(const HtmlToken &token);
@@ -155,26 +157,36 @@ void Reader::start(const HtmlToken &token)
     }
 }
 
+/// Ends the innermost open element that \p ends accepts, and what is open in it. False: \p bounds
+/// accepts one further in, or there is none.
+template <class Ends, class Bounds>
+bool Reader::closeInnermost(Ends ends, Bounds bounds)
+{
+    for (std::size_t depth = m_open.size(); depth > 0; --depth) {
+        const HtmlElement &element = *m_open[depth - 1].element;
+        if (ends(element)) {
+            while (m_open.size() >= depth) {
+                close();
+            }
+            return true;
+        }
+        if (bounds(element)) {
+            return false;
+        }
+    }
+    return false;
+}
+
 void Reader::end(const HtmlElement &element)
 {
     const bool isOfTable =
         element.role == HtmlRole::Table || element.role == HtmlRole::Row || element.role == HtmlRole::Cell;
-    const auto ends = [&](const Open &open) { return open.element == &element; };
-    const auto bounds = [&](const Open &open) {
-        return open.element->role == HtmlRole::Table || (!isOfTable && open.element->role == HtmlRole::Cell);
-    };
-    for (std::size_t i = m_open.size(); i-- > 0;) {
-        if (ends(m_open[i])) {
-            while (m_open.size() > i) {
-                close();
-            }
-            return;
-        }
-        if (bounds(m_open[i])) {
-            break;
-        }
-    }
-    if (element.role == HtmlRole::Block) {
+    const bool isClosed =
+        closeInnermost([&](const HtmlElement &open) { return &open == &element; },
+                       [&](const HtmlElement &open) {
+                           return open.role == HtmlRole::Table || (!isOfTable && open.role == HtmlRole::Cell);
+                       });
+    if (!isClosed && element.role == HtmlRole::Block) {
         breakParagraph(); // of one whose start was too deep
     }
 }
@@ -221,34 +233,16 @@ void Reader::close()
 /// few write the end of a list's item or of a table's cell.
 void Reader::closeOpen(HtmlRole role, HtmlRole within)
 {
-    for (std::size_t i = m_open.size(); i-- > 0;) {
-        if (m_open[i].element->role == role) {
-            while (m_open.size() > i) {
-                close();
-            }
-            return;
-        }
-        if (m_open[i].element->role == within || m_open[i].element->role == HtmlRole::Table) {
-            return;
-        }
-    }
+    closeInnermost([&](const HtmlElement &open) { return open.role == role; },
+                   [&](const HtmlElement &open) { return open.role == within || open.role == HtmlRole::Table; });
 }
 
 /// A paragraph ends where another block begins.
 void Reader::closeParagraphElement()
 {
-    for (std::size_t i = m_open.size(); i-- > 0;) {
-        const HtmlElement &element = *m_open[i].element;
-        if (element.name == "p") {
-            while (m_open.size() > i) {
-                close();
-            }
-            return;
-        }
-        if (element.role != HtmlRole::Inline && element.role != HtmlRole::Link) {
-            return;
-        }
-    }
+    closeInnermost(
+        [](const HtmlElement &open) { return open.name == "p"; },
+        [](const HtmlElement &open) { return open.role != HtmlRole::Inline && open.role != HtmlRole::Link; });
 }
 
 HtmlLook Reader::lookOf(const HtmlToken &token)
