@@ -20,7 +20,8 @@ QString keyPath(const QString &section, const QString &key)
 // A text with commas that was written by hand, without quotation marks, comes as a list.
 QString storedText(const QVariant &value)
 {
-    return value.typeId() == QMetaType::QStringList ? value.toStringList().join(QLatin1Char(',')) : value.toString();
+    const bool isList = value.typeId() == QMetaType::QStringList;
+    return isList ? value.toStringList().join(QLatin1Char(',')) : value.toString();
 }
 
 std::string mismatchText(const QString &section, const QString &key, const QString &value, const QString &file)

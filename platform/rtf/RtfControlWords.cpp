@@ -211,7 +211,7 @@ constexpr std::size_t nextSlot(std::size_t slot)
     return (slot + 1) % slotCount;
 }
 
-constexpr auto slots = [] {
+constexpr auto slots = []() {
     std::array<std::uint16_t, slotCount> places{};
     places.fill(noRow);
     for (std::size_t row = 0; row < table.size(); ++row) {

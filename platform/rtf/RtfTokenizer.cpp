@@ -20,7 +20,7 @@ constexpr bool isDigit(char c)
 constexpr std::uint8_t endOfText = 1;
 constexpr std::uint8_t notPlain = 2;
 
-constexpr auto textBytes = [] {
+constexpr auto textBytes = []() {
     std::array<std::uint8_t, 256> table{};
     for (std::size_t byte = 0; byte < table.size(); ++byte) {
         table[byte] = (byte >= ' ' && byte <= '~') || byte == '\t' ? 0 : notPlain;

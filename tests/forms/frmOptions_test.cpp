@@ -248,9 +248,12 @@ TEST_F(frmOptionsTest, UnderFiveCardsItSaysSoAndGoesToTheStyle)
 
 TEST_F(frmOptionsTest, CancelEscapeAndTheCloseBoxLeaveTheStudyCancelled)
 {
-    for (const auto &leave : std::vector<std::function<void()>>{[&] { click(*window, "cmdOK(0)"); },
-                                                                [&] { QTest::keyClick(window, Qt::Key_Escape); },
-                                                                [&] { window->close(); }}) {
+    const std::array<std::function<void()>, 3> leaves{
+        [&] { click(*window, "cmdOK(0)"); },
+        [&] { QTest::keyClick(window, Qt::Key_Escape); },
+        [&] { window->close(); },
+    };
+    for (const auto &leave : leaves) {
         open();
         selectTopic(0);
         leave();

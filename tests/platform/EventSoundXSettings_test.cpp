@@ -118,7 +118,7 @@ TEST_P(XSettingsInEitherByteOrder, WithLengthsBeyondTheirEndSayNothing)
     EXPECT_EQ(read(Property(GetParam(), 1).number(0, 2).number(0xFFFF, 2).bytes()), std::nullopt);
 }
 
-INSTANTIATE_TEST_SUITE_P(, XSettingsInEitherByteOrder, testing::Values(Order::LittleEndian, Order::BigEndian),
+INSTANTIATE_TEST_SUITE_P(EachOf, XSettingsInEitherByteOrder, testing::Values(Order::LittleEndian, Order::BigEndian),
                          [](const auto &order) { return order.param == Order::BigEndian ? "Big" : "Little"; });
 
 TEST(XSettings, TheByteOrderIsTheOneTheyName)

@@ -23,7 +23,7 @@ TEST_P(SqlDialect, Translates)
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    , SqlDialect,
+    EachOf, SqlDialect,
     testing::Values(
         Translation{"DeleteLosesItsStar", "DELETE * FROM Topics Where NIndex = 3;",
                     "DELETE FROM Topics Where NIndex = 3;"},

@@ -16,5 +16,6 @@ inline std::string u16(std::int64_t number)
 /// The lower 32 bits of \p number.
 inline std::string u32(std::int64_t number)
 {
-    return u16(number) + u16(number >> 16);
+    const auto bits = static_cast<std::uint32_t>(number);
+    return u16(bits) + u16(bits >> 16);
 }
