@@ -3,10 +3,10 @@
 #include "tests/platform/rtf/RtfDocuments.h"
 
 #include <QDir>
-#include <QElapsedTimer>
 #include <QFile>
 #include <QRegularExpression>
 
+#include <ctime>
 #include <functional>
 #include <gtest/gtest.h>
 #include <iostream>
@@ -203,15 +203,15 @@ protected:
 
 TEST_F(RtfCorpus, EveryFileIsReadWithinTwoSeconds)
 {
-    qint64 longest = 0;
+    double longest = 0;
     for (const CorpusFile &file : m_files) {
-        QElapsedTimer timer;
-        timer.start();
+        const std::clock_t before = std::clock(); // of the processor: what else the machine does is no matter
         documentOf(bytesOf(file.rtf));
-        EXPECT_LT(timer.elapsed(), 2000) << file.name.toStdString();
-        longest = std::max(longest, timer.elapsed());
+        const double seconds = static_cast<double>(std::clock() - before) / CLOCKS_PER_SEC;
+        EXPECT_LT(seconds, 2) << file.name.toStdString();
+        longest = std::max(longest, seconds);
     }
-    std::cout << m_files.size() << " files read, the slowest in " << longest << " ms\n";
+    std::cout << m_files.size() << " files read, the slowest in " << longest << " s\n";
 }
 
 TEST_F(RtfCorpus, WhatWasWrittenOnceIsWrittenSoForEver)
