@@ -190,7 +190,7 @@ Connection::TableId Connection::tableNamed(std::string_view name) const
 std::vector<Key> Connection::keys(const std::string &sql)
 {
     requireOpen();
-    return withStoreErrors(m_path, [&] {
+    return withStoreErrors(m_path, m_database.engine, [&] {
         std::vector<Key> keys;
         SQLite::Statement select(*m_database.engine, sql);
         if (!select.executeStep()) {
@@ -212,7 +212,7 @@ int Connection::execute(const std::string &sql)
 {
     requireWritable();
     ++m_generation;
-    return withStoreErrors(m_path, [&] {
+    return withStoreErrors(m_path, m_database.engine, [&] {
         SQLite::Statement statement(*m_database.engine, sql);
         Run(statement).finish();
         return statement.getChanges();
@@ -222,7 +222,7 @@ int Connection::execute(const std::string &sql)
 bool Connection::readRow(TableId table, Key key, Row &row)
 {
     requireOpen();
-    return withStoreErrors(m_path, [&] {
+    return withStoreErrors(m_path, m_database.engine, [&] {
         SQLite::Statement &select = preparedSelect(table);
         Run run(select);
         select.bind(1, key);
@@ -236,11 +236,27 @@ bool Connection::readRow(TableId table, Key key, Row &row)
     });
 }
 
+bool Connection::readField(TableId table, Key key, std::size_t position, FieldValue &value)
+{
+    requireOpen();
+    return withStoreErrors(m_path, m_database.engine, [&] {
+        const TableDefinition &definition = subjectTables[table];
+        SQLite::Statement select(*m_database.engine, "SELECT " + quotedName(definition.fields[position].name) +
+                                                         " FROM " + quotedName(definition.name) + " WHERE rowid = ?");
+        select.bind(1, key);
+        if (!select.executeStep()) {
+            return false;
+        }
+        read(select.getColumn(0), value);
+        return true;
+    });
+}
+
 bool Connection::updateRow(TableId table, Key key, const Row &row, FieldMask fields)
 {
     requireWritable();
     ++m_generation;
-    return withStoreErrors(m_path, [&] {
+    return withStoreErrors(m_path, m_database.engine, [&] {
         SQLite::Statement &update = preparedUpdate(table, fields);
         update.bind(bindFields(update, subjectTables[table], row, fields), key);
         Run(update).finish();
@@ -252,7 +268,7 @@ bool Connection::deleteRow(TableId table, Key key)
 {
     requireWritable();
     ++m_generation;
-    return withStoreErrors(m_path, [&] {
+    return withStoreErrors(m_path, m_database.engine, [&] {
         SQLite::Statement &remove = preparedDelete(table);
         remove.bind(1, key);
         Run(remove).finish();
@@ -263,7 +279,7 @@ bool Connection::deleteRow(TableId table, Key key)
 Key Connection::insertRow(TableId table, const Row &row, FieldMask fields)
 {
     requireWritable();
-    return withStoreErrors(m_path, [&] {
+    return withStoreErrors(m_path, m_database.engine, [&] {
         SQLite::Statement &insert = preparedInsert(table, fields);
         bindFields(insert, subjectTables[table], row, fields);
         Run(insert).finish();
@@ -282,14 +298,14 @@ void Connection::begin()
     if (m_inTransaction) {
         throw StoreError(Reason::NotNow, 0, m_path, "a transaction is open already");
     }
-    withStoreErrors(m_path, [&] { m_database.engine->exec("BEGIN IMMEDIATE"); });
+    withStoreErrors(m_path, m_database.engine, [&] { m_database.engine->exec("BEGIN IMMEDIATE"); });
     m_inTransaction = true;
 }
 
 void Connection::commit()
 {
     requireWritable();
-    withStoreErrors(m_path, [&] { m_database.engine->exec("COMMIT"); });
+    withStoreErrors(m_path, m_database.engine, [&] { m_database.engine->exec("COMMIT"); });
     m_inTransaction = false;
 }
 

@@ -66,6 +66,8 @@ public:
 
     // One row each. False: there is no such row.
     [[nodiscard]] bool readRow(TableId table, Key key, Row &row);
+    /// Reads one field: of a damaged row, some may be readable where the whole is not.
+    [[nodiscard]] bool readField(TableId table, Key key, std::size_t position, FieldValue &value);
     [[nodiscard]] bool updateRow(TableId table, Key key, const Row &row, FieldMask fields);
     [[nodiscard]] bool deleteRow(TableId table, Key key);
     /// Fields outside \p fields get the table's defaults.

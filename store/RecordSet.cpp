@@ -117,6 +117,21 @@ std::size_t RecordSet::State::fieldAt(const FieldRef &field) const
     return static_cast<std::size_t>(named - fields.begin());
 }
 
+/// Reads the row, or the field alone that is \p wanted if the row is damaged.
+bool RecordSet::State::readRow(Key key, std::size_t wanted)
+{
+    try {
+        isRowRead = connection->readRow(table, key, row);
+        generation = connection->generation();
+        return isRowRead;
+    } catch (const StoreError &failure) {
+        if (failure.reason() != Reason::Damaged) {
+            throw;
+        }
+    }
+    return connection->readField(table, key, wanted, row[wanted]);
+}
+
 const FieldValue &RecordSet::State::valueOf(const FieldRef &field)
 {
     requireOpen();
@@ -130,11 +145,9 @@ const FieldValue &RecordSet::State::valueOf(const FieldRef &field)
     const Key key = currentKey();
     if (!isRowRead || generation != connection->generation()) {
         isRowRead = false;
-        if (!connection->readRow(table, key, row)) {
+        if (!readRow(key, at)) {
             refuseGone();
         }
-        isRowRead = true;
-        generation = connection->generation();
     }
     return row[at];
 }
@@ -330,6 +343,14 @@ void RecordSet::update()
 void RecordSet::cancelUpdate() noexcept
 {
     m_state->dropPending();
+}
+
+void RecordSet::forgetAdded() noexcept
+{
+    if (m_state->hasLastModified) {
+        m_state->keys.pop_back();
+        m_state->hasLastModified = false;
+    }
 }
 
 RecordSet::Bookmark RecordSet::bookmark() const

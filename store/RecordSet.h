@@ -45,7 +45,7 @@ private:
 ///
 /// Every operation throws StoreError; a failed one leaves position, buffer and
 /// file as they were. Closing the store closes its sets: they then answer
-/// NotNow, and look empty.
+/// NotNow, and look empty. Of a damaged row, every field is read that can be.
 class RecordSet
 {
 public:
@@ -90,6 +90,9 @@ public:
     /// the set's last, but not its current one: see lastModified().
     void update();
     void cancelUpdate() noexcept;
+    /// Takes the row that the last update() added, and that is not current, out of the set
+    /// again: for a transaction that could not be committed.
+    void forgetAdded() noexcept;
 
     /// The current row. NoCurrentRow where there is none.
     [[nodiscard]] Bookmark bookmark() const;

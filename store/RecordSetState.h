@@ -33,6 +33,7 @@ struct RecordSet::State
     [[nodiscard]] Key currentKey() const;
 
     [[nodiscard]] std::size_t fieldAt(const FieldRef &field) const;
+    [[nodiscard]] bool readRow(Key key, std::size_t wanted);
     [[nodiscard]] const FieldValue &valueOf(const FieldRef &field);
     [[nodiscard]] FieldValue &newValueOf(const FieldRef &field, std::initializer_list<FieldType> acceptedBy);
 

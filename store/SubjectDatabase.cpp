@@ -1,5 +1,6 @@
 #include "store/SubjectDatabase.h"
 
+#include "store/HotJournal.h"
 #include "store/StoreError.h"
 #include "store/SubjectFile.h"
 #include "store/WorkSignal.h"
@@ -27,7 +28,14 @@ constexpr std::uintmax_t longJournal = std::uintmax_t{64} << 20;
 
 constexpr int openFlags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE;
 
-Reason reasonOf(int engineCode)
+// A file that is not there means nothing: the engine looks for files that need not be.
+Reason reasonOfDisk(int systemError)
+{
+    const Reason reason = reasonOfSystemError(systemError);
+    return reason == Reason::NotFound ? Reason::Engine : reason;
+}
+
+Reason reasonOf(int engineCode, int systemError)
 {
     switch (engineCode) {
     case SQLITE_CANTOPEN_ISDIR: return Reason::NotAFile;
@@ -39,8 +47,9 @@ Reason reasonOf(int engineCode)
     case SQLITE_BUSY:
     case SQLITE_LOCKED: return Reason::Locked;
     case SQLITE_PERM:
-    case SQLITE_AUTH:
-    case SQLITE_CANTOPEN: return Reason::NoPermission;
+    case SQLITE_AUTH: return Reason::NoPermission;
+    case SQLITE_CANTOPEN:
+    case SQLITE_IOERR: return reasonOfDisk(systemError);
     case SQLITE_READONLY: return Reason::ReadOnly;
     case SQLITE_CORRUPT: return Reason::Damaged;
     case SQLITE_NOTADB: return Reason::NotASubject;
@@ -83,9 +92,8 @@ std::string createTable(const TableDefinition &table)
     return "CREATE TABLE " + quotedName(table.name) + " " + sql + ")";
 }
 
-void writeSchema(const fs::path &path)
+void writeSchema(SQLite::Database &engine)
 {
-    SQLite::Database engine(shownPath(fs::absolute(path)), openFlags | SQLITE_OPEN_CREATE, busyTimeoutMs);
     engine.exec("PRAGMA synchronous = FULL");
     SQLite::Transaction transaction(engine, SQLite::TransactionBehavior::EXCLUSIVE);
     engine.exec("PRAGMA application_id = " + std::to_string(subjectApplicationId));
@@ -96,6 +104,12 @@ void writeSchema(const fs::path &path)
     transaction.commit();
 }
 
+bool isThere(const fs::path &file) noexcept
+{
+    std::error_code ignored;
+    return fs::exists(file, ignored);
+}
+
 /// One opening of a file that may turn out to be no subject.
 class Opening
 {
@@ -103,7 +117,7 @@ public:
     explicit Opening(const fs::path &path)
         : m_path(path)
         , m_file(requireSubjectPath(path))
-        , m_hasJournal(fileSize(sideFile(m_file, "-journal")) > 0)
+        , m_hasJournal(isThere(sideFile(m_file, "-journal")))
         , m_hasLog(fileSize(sideFile(m_file, "-wal")) > 0)
     {
     }
@@ -132,11 +146,14 @@ public:
             keepLog(engine);
         }
 
+        if (m_hasJournal && !restoresTrueLength(sideFile(m_file, "-journal"), headerOf(engine), fileSize(m_file))) {
+            refuse(Reason::Damaged, "the journal beside the file is damaged");
+        }
         if (m_hasJournal && fileSize(sideFile(m_file, "-journal")) >= longJournal) {
             signalLongWork("Undoing an interrupted change of the subject...");
         }
         engine.exec("BEGIN");
-        requireSubject(engine);
+        requireReadable(engine);
         const bool usesLog = engine.execAndGet("PRAGMA journal_mode").getString() == "wal";
         engine.exec("COMMIT");
 
@@ -149,6 +166,9 @@ public:
         }
         return std::move(m_result);
     }
+
+    /// Null until open() has made it.
+    [[nodiscard]] const std::unique_ptr<SQLite::Database> &engine() const { return m_result.engine; }
 
 private:
     [[noreturn]] void refuse(Reason reason, const std::string &text) const
@@ -183,11 +203,25 @@ private:
         }
     }
 
-    // A journal whose writer was killed before it touched the file undoes nothing,
-    // and reading leaves it there: only a write, of what stands there already, removes it.
+    // Through the engine's own descriptor, and without a lock.
+    static DatabaseHeader headerOf(SQLite::Database &engine)
+    {
+        DatabaseHeader header{};
+        sqlite3_file *file = nullptr;
+        sqlite3_file_control(engine.getHandle(), "main", SQLITE_FCNTL_FILE_POINTER, static_cast<void *>(&file));
+        if (file != nullptr && file->pMethods != nullptr) {
+            // Of a shorter file the rest is zeros, which tell no length.
+            static_cast<void>(file->pMethods->xRead(file, header.data(), static_cast<int>(header.size()), 0));
+        }
+        return header;
+    }
+
+    // A journal whose writer was killed before it touched the file, or even the journal,
+    // undoes nothing, and reading leaves it there: only a write, of what stands there
+    // already, removes it.
     void clearJournal(SQLite::Database &engine)
     {
-        if (fileSize(sideFile(m_file, "-journal")) == 0) {
+        if (!isThere(sideFile(m_file, "-journal"))) {
             return;
         }
         try {
@@ -221,6 +255,22 @@ private:
         fs::remove(sideFile(m_file, "-shm"), ignored);
         engine.exec("PRAGMA locking_mode = NORMAL");
         pragma(engine, "user_version"); // the next read gives the lock back
+    }
+
+    // Nothing of ours was asked so far: what makes no sense to the engine is in the file's header.
+    void requireReadable(SQLite::Database &engine)
+    {
+        try {
+            requireSubject(engine);
+        } catch (const SQLite::Exception &failure) {
+            if (failure.getErrorCode() != SQLITE_ERROR) {
+                throw;
+            }
+            refuse(Reason::Damaged, failure.what());
+        }
+        if (sqlite3_db_readonly(engine.getHandle(), "main") != 0) {
+            refuse(Reason::Damaged, "the header says that the file has a format that cannot be written");
+        }
     }
 
     void requireSubject(SQLite::Database &engine)
@@ -283,28 +333,35 @@ private:
 
 void createSubject(const fs::path &path)
 {
-    withStoreErrors(shownPath(path), [&] {
-        try {
-            writeSchema(path);
-        } catch (...) {
-            std::error_code ignored;
-            fs::remove(path, ignored);
-            throw;
-        }
-    });
+    std::unique_ptr<SQLite::Database> engine;
+    try {
+        withStoreErrors(shownPath(path), engine, [&] {
+            engine = std::make_unique<SQLite::Database>(shownPath(fs::absolute(path)), openFlags | SQLITE_OPEN_CREATE,
+                                                        busyTimeoutMs);
+            writeSchema(*engine);
+        });
+    } catch (...) {
+        engine.reset();
+        std::error_code ignored;
+        fs::remove(path, ignored);
+        fs::remove(sideFile(path, "-journal"), ignored); // or it would undo what is put in the file's place
+        throw;
+    }
 }
 
 SubjectDatabase openSubject(const fs::path &path)
 {
-    return withStoreErrors(shownPath(path), [&] { return Opening(path).open(); });
+    Opening opening(path);
+    return withStoreErrors(shownPath(path), opening.engine(), [&] { return opening.open(); });
 }
 
-void rethrowAsStoreError(const std::string &path)
+void rethrowAsStoreError(const std::string &path, const std::unique_ptr<SQLite::Database> &engine)
 {
     try {
         throw;
     } catch (const SQLite::Exception &failure) {
         const int code = failure.getExtendedErrorCode() > 0 ? failure.getExtendedErrorCode() : failure.getErrorCode();
-        throw StoreError(reasonOf(code), code, path, failure.what());
+        const int systemError = engine ? sqlite3_system_errno(engine->getHandle()) : 0;
+        throw StoreError(reasonOf(code, systemError), code, path, failure.what());
     }
 }

@@ -28,14 +28,15 @@ void createSubject(const std::filesystem::path &path);
 [[nodiscard]] SubjectDatabase openSubject(const std::filesystem::path &path);
 
 /// Call it from a catch block: throws what was caught, a failure of the engine as a StoreError about \p path.
-[[noreturn]] void rethrowAsStoreError(const std::string &path);
+/// \p engine, if it is there, knows what the system said.
+[[noreturn]] void rethrowAsStoreError(const std::string &path, const std::unique_ptr<SQLite::Database> &engine);
 
 template <typename Function>
-auto withStoreErrors(const std::string &path, Function function)
+auto withStoreErrors(const std::string &path, const std::unique_ptr<SQLite::Database> &engine, Function function)
 {
     try {
         return function();
     } catch (...) {
-        rethrowAsStoreError(path);
+        rethrowAsStoreError(path, engine);
     }
 }

@@ -16,25 +16,9 @@ namespace {
     throw StoreError(reason, 0, shownPath(path), text);
 }
 
-Reason reasonOf(int error)
-{
-    switch (error) {
-    case ENOENT:
-    case ENOTDIR:
-    case ENAMETOOLONG:
-    case ELOOP: return Reason::NotFound;
-    case EACCES:
-    case EPERM: return Reason::NoPermission;
-    case EROFS: return Reason::ReadOnly;
-    case ENOSPC:
-    case EDQUOT: return Reason::DiskFull;
-    default: return Reason::Engine;
-    }
-}
-
 [[noreturn]] void refuseForErrno(int error, const fs::path &path)
 {
-    refuse(reasonOf(error), path, std::generic_category().message(error));
+    refuse(reasonOfSystemError(error), path, std::generic_category().message(error));
 }
 
 bool isAllowed(const fs::path &path, int mode)
@@ -55,6 +39,23 @@ void requireWritableFolder(const fs::path &folder, const fs::path &path)
 }
 
 } // namespace
+
+Reason reasonOfSystemError(int error) noexcept
+{
+    switch (error) {
+    case ENOENT:
+    case ENOTDIR:
+    case ENAMETOOLONG:
+    case ELOOP: return Reason::NotFound;
+    case EACCES:
+    case EPERM: return Reason::NoPermission;
+    case EROFS: return Reason::ReadOnly;
+    case ENOSPC:
+    case EDQUOT:
+    case EFBIG: return Reason::DiskFull;
+    default: return Reason::Engine;
+    }
+}
 
 std::string shownPath(const fs::path &path)
 {

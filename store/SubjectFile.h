@@ -11,6 +11,9 @@
 // Nothing here opens the file. Closing any descriptor of it would drop the
 // locks that the engine holds on it in this process.
 
+/// What the error number \p error of a system call means for the learner.
+[[nodiscard]] StoreError::Reason reasonOfSystemError(int error) noexcept;
+
 /// The path as messages name it: UTF-8, as the caller wrote it.
 [[nodiscard]] std::string shownPath(const std::filesystem::path &path);
 

@@ -87,6 +87,32 @@ TEST_F(RecordSetAdditions, AreDroppedByAMoveAndByCancel)
     EXPECT_EQ(askOther("SELECT count(*) FROM FlashCards"), "3");
 }
 
+TEST_F(RecordSetAdditions, TakeNothingOfAnEditBefore)
+{
+    RecordSet set = cardsABC();
+    set.edit();
+    set.setText("Back", "of an edit");
+    set.addNew();
+    set.setText("Front", "Z");
+    set.update();
+    EXPECT_EQ(askOther("SELECT group_concat(Front || Back) FROM FlashCards"), "A,B,C,Z");
+}
+
+TEST_F(RecordSetAdditions, WriteTheirOwnFieldsWhateverWasAddedBefore)
+{
+    RecordSet set = noCards();
+    set.addNew();
+    set.setText("Front", "A");
+    set.setText("Back", "a");
+    set.update();
+    set.addNew();
+    set.setText("Back", "b");
+    set.update();
+    set.addNew();
+    set.update();
+    EXPECT_EQ(askOther("SELECT group_concat(Front || '/' || Back) FROM FlashCards"), "A/a,/b,/");
+}
+
 TEST_F(RecordSetAdditions, AreDroppedByFirstOnAnEmptySet)
 {
     RecordSet set = noCards();
@@ -96,6 +122,23 @@ TEST_F(RecordSetAdditions, AreDroppedByFirstOnAnEmptySet)
     set.addNew();
     set.moveLast();
     EXPECT_STORE_ERROR(NotNow, set.update());
+}
+
+TEST_F(RecordSetAdditions, CanBeForgottenWhenTheirTransactionIsUndone)
+{
+    RecordSet set = cardsABC();
+    {
+        const Transaction undone(*store);
+        set.addNew();
+        set.update();
+    }
+    EXPECT_EQ(set.recordCount(), 4);
+    for (int times = 0; times < 2; ++times) {
+        set.forgetAdded();
+        EXPECT_EQ(set.recordCount(), 3);
+    }
+    EXPECT_EQ(set.absolutePosition(), 0);
+    EXPECT_EQ(fronts(set), "ABC");
 }
 
 TEST_F(RecordSetAdditions, NeverGetAKeyAgain)

@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <limits>
+#include <sqlite3.h>
 
 namespace {
 
@@ -110,9 +111,12 @@ TEST_F(RecordSetFields, ReadNullAsEmpty)
         .exec("CREATE TABLE Topics (\"Index\" INTEGER PRIMARY KEY, Name, Notes);"
               "CREATE TABLE FlashCards (\"Index\" INTEGER PRIMARY KEY, NIndex, Front, Back, Marked, Shuffle,"
               " isTrueFalse, isFront, Answer, Wrong1, Wrong2);"
+              "INSERT INTO FlashCards VALUES (1, 1, 'Front', 'Back', 1, 0.5, 1, 1, 3, 4, 5);"
               "INSERT INTO FlashCards (NIndex) VALUES (1)");
     SubjectStore foreign(path);
-    const RecordSet set = foreign.openRecordSet(cardsOfTopic(1));
+    RecordSet set = foreign.openRecordSet(cardsOfTopic(1));
+    EXPECT_EQ(set.text("Front"), "Front");
+    set.moveNext();
     EXPECT_EQ(set.text("Front"), "");
     EXPECT_EQ(set.number("Answer"), 0);
     EXPECT_EQ(set.single("Shuffle"), 0.0F);
@@ -132,6 +136,17 @@ TEST_F(RecordSetFields, ReadWhatAnotherProgramStoredInAnotherKind)
     EXPECT_EQ(set.number("Wrong2"), 0);
     EXPECT_EQ(set.single("Shuffle"), 1.0F);
     EXPECT_EQ(set.text("Answer"), "7");
+    EXPECT_EQ(set.number("Front"), 42);
+    EXPECT_EQ(set.single("Back"), 0.5F);
+}
+
+TEST_F(RecordSetFields, ReadRealNumbersAsTheNearestWholeOneAndWhatIsNoneAsZero)
+{
+    RecordSet set = cardsABC();
+    otherProgram().exec("UPDATE FlashCards SET Answer = 1e300, Wrong1 = -1e300, Wrong2 = 'nan' WHERE \"Index\" = 1");
+    EXPECT_EQ(set.number("Answer"), std::numeric_limits<int>::max());
+    EXPECT_EQ(set.number("Wrong1"), std::numeric_limits<int>::min());
+    EXPECT_EQ(set.number("Wrong2"), 0);
 }
 
 TEST_F(RecordSetFields, AreReadWhenTheyAreAskedForFirst)
@@ -169,6 +184,24 @@ TEST_F(RecordSetEdits, WriteTheFieldsThatWereSetAndNothingElse)
     set.update();
     EXPECT_EQ(set.text("Front"), "Z");
     EXPECT_EQ(set.text("Back"), "theirs");
+}
+
+TEST_F(RecordSetEdits, WriteTheirOwnFieldsWhateverWasWrittenBefore)
+{
+    RecordSet set = cardsABC();
+    set.edit();
+    set.setText("Front", "Z");
+    set.setText("Back", "z");
+    set.update();
+    set.moveNext();
+    set.edit();
+    set.setText("Front", "Y");
+    set.update();
+    set.moveNext();
+    set.edit();
+    set.setText("Back", "x");
+    set.update();
+    EXPECT_EQ(askOther("SELECT group_concat(Front || '/' || Back) FROM FlashCards"), "Z/z,Y/,C/x");
 }
 
 TEST_F(RecordSetEdits, ShowTheBufferWhileEditing)
@@ -343,10 +376,33 @@ TEST_F(RecordSetEdits, RefuseATopicNameOfMoreThan255Characters)
     topics.moveFirst();
     topics.edit();
     topics.setText("Name", name + "x");
-    EXPECT_STORE_ERROR(Refused, topics.update());
+    const std::optional<StoreError> refusal = errorOf([&] { topics.update(); });
+    ASSERT_TRUE(refusal);
+    EXPECT_EQ(refusal->reason(), Reason::Refused);
+    EXPECT_EQ(refusal->engineCode(), SQLITE_CONSTRAINT_CHECK);
     EXPECT_EQ(topics.text("Name"), name + "x");
     topics.cancelUpdate();
     EXPECT_EQ(topics.text("Name"), name);
+}
+
+TEST_F(RecordSetEdits, RefuseATextThatIsTooLongForTheEngine)
+{
+    const auto takeShortTextsOnly = [](sqlite3 *engine, char ** /*error*/, const sqlite3_api_routines * /*api*/) {
+        sqlite3_limit(engine, SQLITE_LIMIT_LENGTH, 1000);
+        return SQLITE_OK;
+    };
+    createCards(1);
+    const auto extension = reinterpret_cast<void (*)()>(+takeShortTextsOnly);
+    sqlite3_auto_extension(extension);
+    SubjectStore subject(path);
+    sqlite3_cancel_auto_extension(extension);
+
+    RecordSet set = subject.openRecordSet(cardsOfTopic(1));
+    set.edit();
+    set.setText("Front", std::string(1001, 'x'));
+    EXPECT_STORE_ERROR(Refused, set.update());
+    set.cancelUpdate();
+    EXPECT_EQ(set.text("Front"), "A");
 }
 
 TEST_F(RecordSetEdits, ThatFailStayInTheBufferForAnotherTry)

@@ -2,6 +2,7 @@
 
 #include <cstdlib>
 #include <iostream>
+#include <limits>
 #include <malloc.h>
 #include <new>
 #include <sqlite3.h>
@@ -13,12 +14,15 @@ namespace {
 std::size_t allocated = 0;
 std::size_t highest = 0;
 
+// Memory in pieces of at least this size is lacking.
+std::size_t lackingFrom = std::numeric_limits<std::size_t>::max();
+
 } // namespace
 
 // Not inlined: the compiler would see malloc() meet operator delete and warn.
 [[gnu::noinline]] void *operator new(std::size_t size)
 {
-    void *memory = std::malloc(size);
+    void *memory = size < lackingFrom ? std::malloc(size) : nullptr;
     if (memory == nullptr) {
         throw std::bad_alloc();
     }
@@ -68,6 +72,29 @@ TEST_F(RecordSetMemory, IsCountedAtAll)
     const std::size_t before = allocated;
     const std::string text(100'000, 'x');
     EXPECT_GE(allocated - before, text.size());
+}
+
+TEST_F(RecordSetMemory, ThatIsLackingForAnotherRowKeepsItOutOfTheFileToo)
+{
+    createCards(0);
+    SubjectStore store(path);
+    RecordSet set = store.openRecordSet(cardsOfTopic(1));
+    Transaction transaction(store);
+    bool isLacking = false;
+    for (int row = 0; row < 5000 && !isLacking; ++row) {
+        set.addNew();
+        lackingFrom = 4096;
+        try {
+            set.update();
+        } catch (const std::bad_alloc &) {
+            isLacking = true;
+        }
+        lackingFrom = std::numeric_limits<std::size_t>::max();
+    }
+    EXPECT_TRUE(isLacking);
+    transaction.commit();
+    EXPECT_GT(set.recordCount(), 0);
+    EXPECT_EQ(askOther("SELECT count(*) FROM FlashCards"), std::to_string(set.recordCount()));
 }
 
 TEST_F(RecordSetMemory, StaysUnder4MiBForASetOver100000Cards)

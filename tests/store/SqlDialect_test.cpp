@@ -32,6 +32,8 @@ INSTANTIATE_TEST_SUITE_P(
         Translation{"DeleteWithABlankBeforeTheStar", "DELETE *FROM Topics;", "DELETE  FROM Topics;"},
         Translation{"DeleteWithABlankAfterTheStar", "DELETE* FROM Topics;", "DELETE  FROM Topics;"},
         Translation{"DeleteOverLines", "DELETE\n*\tFROM Topics;", "DELETE\nFROM Topics;"},
+        Translation{"DeleteOverLinesOfAnotherSystem", "DELETE\r\n*\r\nFROM Topics;", "DELETE\r\nFROM Topics;"},
+        Translation{"DeleteOfSomethingElseKeepsItsStar", "DELETE * Topics", "DELETE * Topics"},
         Translation{"DeleteWithComments", "DELETE /*a*/ * /*b*/ FROM t", "DELETE /*a*/ /*b*/ FROM t"},
         Translation{"PlainDeleteStays", "DELETE FROM Topics;", "DELETE FROM Topics;"},
         Translation{"OtherStarsStay", "SELECT * FROM t WHERE 2 * 3 = 6", "SELECT * FROM t WHERE 2 * 3 = 6"},
@@ -53,9 +55,11 @@ INSTANTIATE_TEST_SUITE_P(
         Translation{"ADeleteInAStringStays", "'DELETE * FROM t'", "'DELETE * FROM t'"},
         Translation{"QuotedNamesStay", R"("Index" = "Yes" AND "a ""No" = No)", R"("Index" = "Yes" AND "a ""No" = 0)"},
         Translation{"BracketedNamesStay", "[Index] = [Yes] AND [a'b] = Yes", "[Index] = [Yes] AND [a'b] = 1"},
+        Translation{"ADoubledBracketClosesTheName", "[a]]Index", "[a]]\"Index\""},
         Translation{"BacktickedNamesStay", "`Index` = `Yes` AND `a``No` = No", "`Index` = `Yes` AND `a``No` = 0"},
         Translation{"LineCommentsStay", "1 -- Index is Yes\n= Yes", "1 -- Index is Yes\n= 1"},
         Translation{"BlockCommentsStay", "/* Index 'Yes */ Index", "/* Index 'Yes */ \"Index\""},
+        Translation{"ASlashThatOpensACommentDoesNotCloseIt", "/*/ Index */ Index", "/*/ Index */ \"Index\""},
         Translation{"AMinusIsNoComment", "1 - Index", "1 - \"Index\""},
         Translation{"ASlashIsNoComment", "1 / Index", "1 / \"Index\""},
         Translation{"AnOpenStringReachesToTheEnd", "Index = 'Yes", "\"Index\" = 'Yes"},
@@ -95,9 +99,10 @@ TEST(KeySelection, TakesAnyBlanksAndComments)
 
 TEST(KeySelection, RefusesOtherStatements)
 {
-    for (const char *statement : {"", "   ", "SELECT", "SELECT *", "SELECT * FROM", "SELECT * FROM ;",
-                                  "SELECT Name FROM Topics", "DELETE * FROM Topics", "SELECT *, 1 FROM Topics",
-                                  "SELECT * FROM 'Topics'", "SELECT * FROM (SELECT 1)", "nonsense"})
+    for (const char *statement :
+         {"", "   ", "SELECT", "SELECT *", "SELECT * FROM", "SELECT * FROM ;", "SELECT Name FROM Topics",
+          "DELETE * FROM Topics", "DROP Topics;", "SELECT *, 1 FROM Topics", "SELECT * FROM 'Topics'",
+          "SELECT * FROM (SELECT 1)", "nonsense"})
         EXPECT_THROW(static_cast<void>(translateKeySelection(statement)), std::invalid_argument) << statement;
 }
 

@@ -73,6 +73,15 @@ TEST_F(ARefusedFile, IsNotFoundAndNotCreated)
     EXPECT_EQ(filesInFolder(), std::vector<std::string>());
 }
 
+TEST_F(ARefusedFile, IsNotFoundWhereNoFileCanBe)
+{
+    writeBytes(path, "a file");
+    EXPECT_STORE_ERROR(NotFound, SubjectStore(path / "Subject.crl"));
+    EXPECT_STORE_ERROR(NotFound, SubjectStore(folder / std::string(300, 'x')));
+    fs::create_symlink(folder / "round", folder / "round");
+    EXPECT_STORE_ERROR(NotFound, SubjectStore(folder / "round"));
+}
+
 TEST_F(ARefusedFile, IsNotFoundBehindADeadLink)
 {
     fs::create_symlink(folder / "missing.crl", path);
@@ -276,15 +285,21 @@ TEST_F(ARefusedFile, OfAnotherProgramKeepsItsWriteAheadLog)
 
 TEST_F(ARefusedFile, OfAnotherProgramKeepsItsJournal)
 {
-    createForeign("CREATE TABLE Bookmarks (Url TEXT); INSERT INTO Bookmarks VALUES (hex(zeroblob(100000)))");
-    killAfter("PRAGMA cache_size = 1; BEGIN; UPDATE Bookmarks SET Url = hex(randomblob(100000));"
-              "INSERT INTO Bookmarks VALUES (hex(zeroblob(100000)))");
-    const FileState before = state();
-    ASSERT_EQ(before.neighbours, (std::vector<std::string>{"Subject.crl", "Subject.crl-journal"}));
-    const std::string journal = bytesOf(path.string() + "-journal");
-    EXPECT_STORE_ERROR(NotASubject, SubjectStore(path));
-    expectUntouched(before);
-    EXPECT_TRUE(bytesOf(path.string() + "-journal") == journal);
+    for (const std::string name : {"Subject.crl", "of %41.crl", "of ?mode=ro.crl", "of #1.crl", "of Größe.crl"}) {
+        SCOPED_TRACE(name);
+        const fs::path own = folder / ("folder " + name);
+        fs::create_directory(own);
+        path = own / name;
+        createForeign("CREATE TABLE Bookmarks (Url TEXT); INSERT INTO Bookmarks VALUES (hex(zeroblob(100000)))");
+        killAfter("PRAGMA cache_size = 1; BEGIN; UPDATE Bookmarks SET Url = hex(randomblob(100000));"
+                  "INSERT INTO Bookmarks VALUES (hex(zeroblob(100000)))");
+        const FileState before = state();
+        const std::string journal = bytesOf(path.string() + "-journal");
+        ASSERT_NE(journal, "");
+        EXPECT_STORE_ERROR(NotASubject, SubjectStore(path));
+        expectUntouched(before);
+        EXPECT_TRUE(bytesOf(path.string() + "-journal") == journal);
+    }
 }
 
 TEST_F(ARefusedFile, OfALaterVersionKeepsItsJournal)
@@ -323,6 +338,33 @@ TEST_F(AnAcceptedFile, LosesAJournalThatItsWriterDidNotComeToUse)
     EXPECT_EQ(state().neighbours, std::vector<std::string>{"Subject.crl"});
     EXPECT_EQ(askOther("SELECT count(*) FROM FlashCards WHERE Marked = 0"), "3");
     EXPECT_EQ(askOther("PRAGMA user_version"), std::to_string(subjectSchemaVersion));
+}
+
+TEST_F(AnAcceptedFile, LosesAJournalThatItsWriterOnlyCameToMake)
+{
+    createCards(3);
+    const std::string whole = bytesOf(path);
+    writeBytes(path.string() + "-journal", "");
+    SubjectStore(path).close();
+    EXPECT_EQ(state().neighbours, std::vector<std::string>{"Subject.crl"});
+    EXPECT_EQ(askOther("SELECT count(*) FROM FlashCards WHERE Marked = 0"), "3");
+    EXPECT_EQ(bytesOf(path).size(), whole.size());
+}
+
+TEST_F(AnAcceptedFile, MayHaveItsTablesFromItsJournal)
+{
+    createForeign(std::string(topicsTable) + cardsTable + "INSERT INTO FlashCards (NIndex) VALUES (1), (1)");
+    const fs::path journal = path.string() + "-journal";
+    {
+        SQLite::Database other = otherProgram();
+        other.exec("BEGIN; DROP TABLE Topics; DROP TABLE FlashCards");
+        sqlite3_db_cacheflush(other.getHandle());
+        fs::copy_file(journal, folder / "kept");
+        other.exec("COMMIT");
+    }
+    fs::rename(folder / "kept", journal); // as if the other program had been killed within its commit
+    EXPECT_EQ(countCards(), 2);
+    EXPECT_EQ(filesInFolder(), std::vector<std::string>{"Subject.crl"});
 }
 
 TEST_F(AnAcceptedFile, KeepsTheJournalOfAProgramThatIsWriting)
@@ -403,6 +445,54 @@ TEST_F(AnAcceptedFile, MayHaveAPlainColumnForItsKeys)
     EXPECT_EQ(topics.number("Index"), 1);
 }
 
+TEST_F(AnAcceptedFile, MayHaveAnyKeysOf32Bits)
+{
+    createForeign(
+        "CREATE TABLE Topics (\"Index\" INTEGER PRIMARY KEY, Name, Notes);"
+        "CREATE TABLE FlashCards (\"Index\" INTEGER PRIMARY KEY, NIndex, Front, Back, Marked, Shuffle,"
+        " isTrueFalse, isFront, Answer, Wrong1, Wrong2);"
+        "INSERT INTO FlashCards (\"Index\", NIndex) VALUES (-2147483648, 1), (-1, 1), (0, 1), (2147483647, 1)");
+    SubjectStore store(path);
+    RecordSet cards = store.openRecordSet(cardsInOrder(cardQuery(std::array{1})));
+    for (const RecordSet::Bookmark key : {std::int64_t{-2147483648}, -1L, 0L, 2147483647L}) {
+        EXPECT_EQ(cards.bookmark(), key);
+        EXPECT_EQ(cards.number("Index"), key);
+        cards.moveNext();
+    }
+    EXPECT_TRUE(cards.isEndOfSet());
+
+    cards.addNew();
+    cards.setNumber("NIndex", 1);
+    EXPECT_STORE_ERROR(Refused, cards.update()); // no key is left
+    EXPECT_EQ(cards.recordCount(), 4);
+    EXPECT_EQ(askOther("SELECT count(*) FROM FlashCards"), "4");
+}
+
+TEST_F(AnAcceptedFile, IsDamagedWhereAKeyHasMoreThan32Bits)
+{
+    createForeign(topicsTable);
+    createForeign(cardsTable);
+    otherProgram().exec("INSERT INTO FlashCards (rowid, NIndex) VALUES (4294967297, 1), (2, 2), (-2147483649, 3)");
+    SubjectStore store(path);
+    EXPECT_STORE_ERROR(Damaged, store.openRecordSet(cardsOfTopic(1)));
+    EXPECT_STORE_ERROR(Damaged, store.openRecordSet(cardsOfTopic(3)));
+    EXPECT_EQ(store.openRecordSet(cardsOfTopic(2)).recordCount(), 1);
+}
+
+TEST_F(AnAcceptedFile, MayHaveAPrimaryKeyThatIsNotTheEnginesOwn)
+{
+    createForeign(cardsTable);
+    createForeign("CREATE TABLE Topics (\"Index\" INT PRIMARY KEY, Name, Notes);"
+                  "INSERT INTO Topics VALUES (30, 'old', '')");
+    SubjectStore store(path);
+    RecordSet topics = store.openRecordSet(allTopics());
+    topics.addNew();
+    topics.setText("Name", "new");
+    topics.update();
+    topics.setBookmark(topics.lastModified());
+    EXPECT_EQ(topics.number("Index"), 31);
+}
+
 TEST_F(AnAcceptedFile, IsReachedThroughALink)
 {
     createCards(2);
@@ -427,6 +517,7 @@ TEST_F(AnAcceptedFile, WithTheWriteAheadLogOfAKilledProgramBecomesOneWholeFile)
     ASSERT_EQ(filesInFolder().size(), 3U);
     {
         SubjectStore store(path);
+        otherProgram().exec("BEGIN EXCLUSIVE; COMMIT");
         RecordSet cards = store.openRecordSet(cardsOfTopic(1));
         EXPECT_EQ(cards.recordCount(), 3);
         otherProgram().exec("BEGIN EXCLUSIVE; COMMIT");

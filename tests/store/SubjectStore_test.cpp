@@ -3,10 +3,25 @@
 #include "store/SubjectStore.h"
 
 #include <array>
+#include <cerrno>
 #include <chrono>
+#include <cstdlib>
 #include <sqlite3.h>
 
 namespace fs = std::filesystem;
+
+namespace {
+
+int waitsForTheDisk = 0;
+
+} // namespace
+
+// Stands in for the system's, and counts. Nothing of these tests need survive a power failure.
+extern "C" int fdatasync(int /*descriptor*/)
+{
+    ++waitsForTheDisk;
+    return 0;
+}
 
 namespace {
 
@@ -41,11 +56,27 @@ TEST_F(CreatingASubject, LeavesBothTablesEmptyAndTheFirstKeysAreOne)
     }
 }
 
+TEST_F(CreatingASubject, MakesTablesThatTakeNoNullsAndNoKeysOfMoreThan32BitsFromOthersEither)
+{
+    createCards(1);
+    SQLite::Database other = otherProgram();
+    for (const std::string field :
+         {"NIndex", "Front", "Back", "Marked", "Shuffle", "isTrueFalse", "isFront", "Answer", "Wrong1", "Wrong2"}) {
+        EXPECT_THROW(other.exec("UPDATE FlashCards SET " + field + " = NULL"), SQLite::Exception) << field;
+    }
+    for (const std::string key : {"2147483648", "0", "-1"}) {
+        EXPECT_THROW(other.exec("UPDATE FlashCards SET \"Index\" = " + key), SQLite::Exception) << key;
+        EXPECT_THROW(other.exec("INSERT INTO Topics (\"Index\") VALUES (" + key + ")"), SQLite::Exception) << key;
+    }
+    EXPECT_THROW(other.exec("INSERT INTO Topics (Name) VALUES (NULL)"), SQLite::Exception);
+    EXPECT_THROW(other.exec("INSERT INTO Topics (Notes) VALUES (NULL)"), SQLite::Exception);
+}
+
 TEST_F(CreatingASubject, MarksTheFileAsOurs)
 {
     SubjectStore::create(path);
     EXPECT_EQ(otherProgram().execAndGet("PRAGMA application_id").getInt(), subjectApplicationId);
-    EXPECT_EQ(otherProgram().execAndGet("PRAGMA user_version").getInt(), subjectSchemaVersion);
+    EXPECT_EQ(otherProgram().execAndGet("PRAGMA user_version").getInt(), 1);
     EXPECT_EQ(bytesOf(path).substr(68, 4), "Crml");
     EXPECT_EQ(askOther("PRAGMA integrity_check"), "ok");
 }
@@ -78,6 +109,14 @@ TEST_F(CreatingASubject, RemovesStaleSideFiles)
         writeBytes(path.string() + suffix, "stale");
     SubjectStore::create(path);
     EXPECT_EQ(filesInFolder(), std::vector<std::string>{"Subject.crl"});
+}
+
+TEST_F(CreatingASubject, DeletesTheOldFileBeforeTheJournalThatMakesItWhole)
+{
+    createCards(1);
+    fs::create_directories(folder / "Subject.crl-journal" / "that cannot be deleted");
+    EXPECT_STORE_ERROR(Engine, SubjectStore::create(path));
+    EXPECT_EQ(filesInFolder(), std::vector<std::string>{"Subject.crl-journal"});
 }
 
 TEST_F(CreatingASubject, TakesNamesWithAnyCharacters)
@@ -282,6 +321,15 @@ TEST_F(ASubjectStore, CanBeMovedAndClosesWhatItHeldBefore)
     EXPECT_EQ(second.openRecordSet(cardsOfTopic(1)).text("Front"), "A");
 }
 
+TEST_F(ASubjectStore, SurvivesBeingAssignedToItself)
+{
+    createCards(1);
+    SubjectStore store(path);
+    SubjectStore &itself = store;
+    store = std::move(itself);
+    EXPECT_EQ(store.openRecordSet(cardsOfTopic(1)).text("Front"), "A");
+}
+
 TEST_F(ASubjectStore, LeavesNoSideFileBehind)
 {
     createCards(2);
@@ -311,6 +359,30 @@ TEST_F(ASubjectStore, WritesSafelyWithARollbackJournal)
     EXPECT_EQ(filesInFolder(), (std::vector<std::string>{"Subject.crl", "Subject.crl-journal"}));
 }
 
+TEST_F(ASubjectStore, WaitsForTheDiskAsOftenAsAPowerFailureNeeds)
+{
+    createCards(1);
+    const auto waitsOf = [](const std::function<void()> &action) {
+        waitsForTheDisk = 0;
+        action();
+        return waitsForTheDisk;
+    };
+    SQLite::Database other = otherProgram();
+    const auto otherWaits = [&](const std::string &synchronous) {
+        other.exec("PRAGMA synchronous = " + synchronous);
+        return waitsOf([&] { other.exec("UPDATE FlashCards SET Front = Front || 'x'"); });
+    };
+    const int full = otherWaits("FULL");
+    ASSERT_GT(full, otherWaits("NORMAL"));
+
+    SubjectStore store(path);
+    RecordSet set = store.openRecordSet(cardsOfTopic(1));
+    set.edit();
+    set.setText("Front", "Z");
+    EXPECT_EQ(waitsOf([&] { set.update(); }), full);
+    EXPECT_GE(waitsOf([&] { SubjectStore::create(folder / "New.crl"); }), full);
+}
+
 TEST_F(ASubjectStore, HoldsNoLockBetweenTwoOperations)
 {
     createCards(3);
@@ -337,6 +409,58 @@ TEST_F(ASubjectStore, HoldsNoLockBetweenTwoOperations)
     set.moveFirst();
     EXPECT_STORE_ERROR(RowGone, set.text("Front"));
     otherMayWrite();
+}
+
+/// A store, and the engine's own name for it.
+class AnOpenedEngine : public StoreTest
+{
+protected:
+    AnOpenedEngine()
+    {
+        createCards(1);
+        const auto extension = reinterpret_cast<void (*)()>(&remember);
+        sqlite3_auto_extension(extension);
+        store.emplace(path);
+        sqlite3_cancel_auto_extension(extension);
+    }
+
+    static int tell(const char *pragma)
+    {
+        int told = -1;
+        const auto read = [](void *result, int /*columns*/, char **values, char ** /*names*/) {
+            *static_cast<int *>(result) = std::atoi(values[0]);
+            return 0;
+        };
+        EXPECT_EQ(sqlite3_exec(opened, pragma, read, &told, nullptr), SQLITE_OK);
+        return told;
+    }
+
+    std::optional<SubjectStore> store;
+
+private:
+    static int remember(sqlite3 *engine, char ** /*error*/, const sqlite3_api_routines * /*api*/)
+    {
+        opened = engine;
+        return SQLITE_OK;
+    }
+
+    static inline sqlite3 *opened = nullptr;
+};
+
+TEST_F(AnOpenedEngine, WaitsHalfASecondForALock)
+{
+    EXPECT_EQ(tell("PRAGMA busy_timeout"), 500);
+}
+
+TEST_F(AnOpenedEngine, ReportsAFullDisk)
+{
+    EXPECT_GT(tell("PRAGMA max_page_count = 1"), 1); // what it has already is the least
+    RecordSet set = store->openRecordSet(cardsOfTopic(1));
+    set.edit();
+    set.setText("Front", std::string(100'000, 'x'));
+    EXPECT_STORE_ERROR(DiskFull, set.update());
+    set.cancelUpdate();
+    EXPECT_EQ(set.text("Front"), "A");
 }
 
 TEST_F(ASubjectStore, ReportsALockAndWorksWhenItIsReleased)
@@ -386,6 +510,35 @@ TEST_F(ASubjectStore, ReportsALockOfAnotherProcess)
     for (const int end : {ready[0], ready[1], done[0], done[1]})
         ::close(end);
     EXPECT_EQ(SubjectStore(path).openRecordSet(cardsOfTopic(1)).recordCount(), 1);
+}
+
+TEST_F(ASubjectStore, ReportsWhatTheDiskCannotReadAnyMoreAsDamage)
+{
+    createCards(1);
+    static int readsLeft = 0;
+    const auto read = [](int file, void *bytes, std::size_t count) -> ::ssize_t {
+        errno = EIO;
+        return readsLeft-- > 0 ? ::read(file, bytes, count) : -1;
+    };
+    const auto readAt = [](int file, void *bytes, std::size_t count, ::off_t at) -> ::ssize_t {
+        errno = EIO;
+        return readsLeft-- > 0 ? ::pread(file, bytes, count, at) : -1;
+    };
+    sqlite3_vfs *system = sqlite3_vfs_find(nullptr);
+    system->xSetSystemCall(system, "read", reinterpret_cast<sqlite3_syscall_ptr>(+read));
+    system->xSetSystemCall(system, "pread", reinterpret_cast<sqlite3_syscall_ptr>(+readAt));
+    system->xSetSystemCall(system, "pread64", reinterpret_cast<sqlite3_syscall_ptr>(+readAt));
+    int reads = 0;
+    for (;; ++reads) {
+        readsLeft = reads;
+        const auto failure = errorOf([&] { static_cast<void>(SubjectStore(path).openRecordSet(allTopics())); });
+        if (!failure) {
+            break;
+        }
+        EXPECT_EQ(failure->reason(), Reason::Damaged) << reads << ": " << failure->what();
+    }
+    system->xSetSystemCall(system, nullptr, nullptr); // all as before
+    EXPECT_GT(reads, 1);
 }
 
 TEST_F(ASubjectStore, SeesAnotherStoreOfTheSameFile)

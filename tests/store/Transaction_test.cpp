@@ -200,6 +200,8 @@ TEST_F(TransactionTest, WritesNothingMoreOnceTheEngineUndidIt)
         EXPECT_STORE_ERROR(NotNow, cards->update());
         EXPECT_STORE_ERROR(NotNow, cards->remove());
         EXPECT_STORE_ERROR(NotNow, store->execute(deleteTopicCards(1)));
+        cards->addNew();
+        EXPECT_STORE_ERROR(NotNow, cards->update());
         EXPECT_STORE_ERROR(NotNow, transaction.commit());
         cards->moveFirst();
         EXPECT_FALSE(cards->flag("Marked"));
