@@ -10,7 +10,8 @@
 ///
 /// A failure ends the command, and no more: it is reported over \p window, and
 /// never reaches Qt's signal code. Returns whether the command ran to its end.
-/// While another command shows that it takes long (LongWork), none begins: \p command is left out.
+/// While another command shows that it takes long (LongWork), none begins: \p command is left out. Nor does one in
+/// a window that has closed or gone away: a double click or a key held down may reach it there still.
 /// The command may close and destroy the window.
 bool runGuarded(QWidget *window, const std::function<void()> &command);
 

@@ -3,6 +3,7 @@
 #include "platform/SettingsStore.h"
 #include "platform/help/HelpViewer.h"
 #include "store/StoreError.h"
+#include "study/CardSelection.h"
 
 namespace {
 
@@ -10,6 +11,7 @@ namespace {
 constexpr int typeMismatchNumber = 10001;
 constexpr int unknownFailureNumber = 10002;
 constexpr int helpUnavailableNumber = 10003;
+constexpr int cardsGoneNumber = 10004;
 constexpr int firstStoreErrorNumber = 10100; // and the reason's position
 
 /// What happened and what to do. %1 is the file's path.
@@ -34,8 +36,8 @@ QString adviceFor(StoreError::Reason reason)
             "This subject was made by a later version of Cramlet:\n%1\n\nNothing was changed. Install "
             "the later version to open it.");
     case Damaged:
-        return QStringLiteral("This subject file is damaged:\n%1\n\nNothing was changed. Keep the file, and bring back "
-                              "the last good copy of it if you have one.");
+        return QStringLiteral("This subject file is damaged:\n%1\n\nWhat can still be read of it is shown. Keep the "
+                              "file, and bring back the last good copy of it if you have one.");
     case NoPermission:
         return QStringLiteral("You are not allowed to read this file:\n%1\n\nAsk its owner for the permission, or "
                               "choose another subject.");
@@ -60,7 +62,8 @@ QString adviceFor(StoreError::Reason reason)
     case NotNow: return QStringLiteral("This cannot be done at this moment. The subject was not changed:\n%1");
     case Engine:
         return QStringLiteral("The subject file could not be read or written:\n%1\n\nWhat you see in the window is "
-                              "still there. Try again, and keep a copy of the file if it fails again.");
+                              "still there. See that the disk is connected and has room, and try again. Keep a copy "
+                              "of the file if it fails again.");
     }
     return QStringLiteral("%1");
 }
@@ -84,6 +87,12 @@ FailureReport describeFailure(const std::exception &failure)
     }
     if (dynamic_cast<const HelpUnavailable *>(&failure) != nullptr) {
         return {engineText, QStringLiteral("Error %1: help unavailable").arg(helpUnavailableNumber)};
+    }
+    if (dynamic_cast<const CardsGone *>(&failure) != nullptr) {
+        return {
+            QStringLiteral("Flash cards that you chose were deleted meanwhile, perhaps by another program, so there "
+                           "is nothing to begin with.\n\nChoose \"Study...\" again."),
+            QStringLiteral("Error %1: %2").arg(cardsGoneNumber).arg(engineText)};
     }
     return {QStringLiteral("The command could not be carried out."),
             QStringLiteral("Error %1: %2").arg(unknownFailureNumber).arg(engineText)};

@@ -1,6 +1,7 @@
 #include "study/CardEditing.h"
 
 #include "store/Schema.h"
+#include "store/Statements.h"
 #include "store/StoreError.h"
 
 #include <algorithm>
@@ -61,7 +62,7 @@ CardEditing::CardEditing(const std::filesystem::path &subject, std::string cardQ
     if (count() == 0) {
         addBlank();
     } else {
-        show(0);
+        showFirst();
     }
 }
 
@@ -107,7 +108,7 @@ CardEditing::Outcome CardEditing::first(const EditedCard &edited)
         if (m_card ? m_place == 0 : count() == 0) {
             return Outcome::AtFirst;
         }
-        show(0);
+        showFrom(0, 1);
         return Outcome::Moved;
     });
 }
@@ -120,7 +121,7 @@ CardEditing::Outcome CardEditing::previous(const EditedCard &edited)
     return run([&] {
         store(edited);
         if (m_place > 0) { // a blank card that is deleted goes back one card by itself
-            show(m_place - 1);
+            showFrom(m_place - 1, -1);
         }
         return Outcome::Moved;
     });
@@ -135,7 +136,7 @@ CardEditing::Outcome CardEditing::next(const EditedCard &edited)
             addBlank();
             return Outcome::Added;
         }
-        show(behind);
+        showFrom(behind, 1);
         return Outcome::Moved;
     });
 }
@@ -148,7 +149,7 @@ CardEditing::Outcome CardEditing::last(const EditedCard &edited)
     return run([&] {
         store(edited);
         if (position() != count() - 1) {
-            show(count() - 1);
+            showFrom(count() - 1, -1);
         }
         return Outcome::Moved;
     });
@@ -226,16 +227,65 @@ void CardEditing::addBlank()
     ++m_changes;
 }
 
+// All or nothing, and never for a topic that another program has deleted.
 void CardEditing::addCard(CardSides sides)
 {
+    Transaction whole(m_store);
+    requireTopic();
     m_cards.addNew();
     m_cards.setNumber(CardField::NIndex, m_topic);
     setSides(m_cards, sides);
     m_cards.update();
+    try {
+        whole.commit();
+    } catch (...) {
+        m_cards.forgetAdded();
+        throw;
+    }
     m_cards.setBookmark(m_cards.lastModified());
     m_card = static_cast<int>(m_cards.lastModified());
     m_place = m_cards.absolutePosition();
     m_sides = std::move(sides);
+}
+
+void CardEditing::requireTopic()
+{
+    if (m_store.openRecordSet(topicByKey(m_topic)).recordCount() == 0) {
+        throw StoreError(Reason::RowGone, 0, m_subject.string(), "the topic was deleted");
+    }
+}
+
+/// Shows the card at \p position or, if it is damaged, the nearest one that is not, in steps of
+/// \p step. A damaged one is a failure all the same, but it does not bar the way to the others.
+void CardEditing::showFrom(int position, int step)
+{
+    std::optional<StoreError> damaged;
+    for (int at = position; at >= 0 && at < count(); at += step) {
+        try {
+            show(at);
+            break;
+        } catch (const StoreError &failure) {
+            if (failure.reason() != Reason::Damaged) {
+                throw;
+            }
+            damaged = damaged ? damaged : failure;
+        }
+    }
+    if (damaged) {
+        throw StoreError(*damaged);
+    }
+}
+
+// The learner is told of damaged cards before it on the way back to them.
+void CardEditing::showFirst()
+{
+    try {
+        showFrom(0, 1);
+    } catch (const StoreError &) {
+        if (!m_card) {
+            throw;
+        }
+    }
 }
 
 void CardEditing::show(int position)

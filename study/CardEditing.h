@@ -47,6 +47,12 @@ struct CardSides
 /// not be read. Then what is typed becomes a new card when it is left, and the
 /// commands go on from the gap.
 ///
+/// A damaged card is StoreError::Damaged, and the commands pass over it: what was typed has been
+/// stored, and the editor shows the card behind it, if there is one that can be read.
+///
+/// No card is added to a topic that another program has deleted: a command that would
+/// add one is StoreError::RowGone, every time, and the text stays in the editor.
+///
 /// If the file was moved, deleted or replaced, the next command goes on with what
 /// stands at the path then; until something does, it throws StoreError::NotFound.
 class CardEditing
@@ -60,7 +66,7 @@ public:
         AtLast,  ///< there is no card after this one
     };
 
-    /// Opens the cards that \p cardQuery selects, a whole statement, on the first.
+    /// Opens the cards that \p cardQuery selects, a whole statement, on the first that can be read.
     /// Without any a card is added. New cards get \p topic as their topic and \p blank as their sides.
     CardEditing(const std::filesystem::path &subject, std::string cardQuery, int topic, CardSides blank);
 
@@ -95,7 +101,10 @@ private:
     void deleteCurrent();
     void addBlank();
     void addCard(CardSides sides);
+    void requireTopic();
     void show(int position);
+    void showFrom(int position, int step);
+    void showFirst();
 
     void followFile();
     void readAnew() noexcept;

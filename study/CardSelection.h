@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <optional>
 #include <span>
+#include <stdexcept>
 #include <string>
 
 /// Why a selection of cards cannot be studied.
@@ -23,3 +24,10 @@ inline constexpr int minStudyCards = 5;
 
 /// What stands in the way of studying \p count cards.
 [[nodiscard]] std::optional<SelectionRefusal> checkCardCount(int count);
+
+/// The cards that were chosen are no longer there, or too few of them, when the study is to begin.
+class CardsGone : public std::runtime_error
+{
+public:
+    using std::runtime_error::runtime_error;
+};

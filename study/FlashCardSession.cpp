@@ -3,6 +3,7 @@
 #include "store/Schema.h"
 #include "store/Statements.h"
 #include "store/StoreError.h"
+#include "study/CardSelection.h"
 #include "study/Marking.h"
 #include "study/Shuffling.h"
 
@@ -19,6 +20,9 @@ FlashCardSession::FlashCardSession(const std::filesystem::path &subject, const S
 {
     m_cards.moveLast();
     m_cards.moveFirst();
+    if (count() == 0) {
+        throw CardsGone("none of the selected flash cards are left");
+    }
 }
 
 bool FlashCardSession::next()
@@ -72,10 +76,10 @@ void FlashCardSession::showSide(Side side)
     m_flipper.end();
 }
 
-void FlashCardSession::toggleMark()
+bool FlashCardSession::toggleMark()
 {
     followFile();
-    ::toggleMark(m_cards);
+    return ::toggleMark(m_cards);
 }
 
 void FlashCardSession::followFile()

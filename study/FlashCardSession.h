@@ -23,7 +23,8 @@ class FlashCardSession
 {
 public:
     /// Opens the cards of settings.cardQuery in the order in which they were
-    /// made, on the first one. \p draw decides random sides.
+    /// made, on the first one. Throws if that fails, none being left included (CardsGone).
+    /// \p draw decides random sides.
     FlashCardSession(const std::filesystem::path &subject, const StudySettings &settings, RandomDraw draw);
 
     // Each reaches a card, which shows its starting side.
@@ -40,8 +41,8 @@ public:
     [[nodiscard]] bool shuffle(const RandomDraw &draw);
 
     void showSide(Side side);
-    /// Marks the current card, or takes its mark away; stored at once.
-    void toggleMark();
+    /// Marks the current card, or takes its mark away; stored at once. Returns whether it is marked now.
+    bool toggleMark();
 
     void armFlipper() { m_flipper.arm(m_settings.timeSetting); }
     void armFlipperPaused() { m_flipper.armPaused(m_settings.timeSetting); }

@@ -2,12 +2,14 @@
 
 #include "store/Schema.h"
 
-void toggleMark(CardSet &cards)
+bool toggleMark(CardSet &cards)
 {
     cards.edit();
     try {
-        cards.setFlag(CardField::Marked, !cards.flag(CardField::Marked));
+        const bool isMarked = !cards.flag(CardField::Marked);
+        cards.setFlag(CardField::Marked, isMarked);
         cards.update();
+        return isMarked;
     } catch (...) {
         cards.cancelUpdate(); // or the card would look marked although it is not
         throw;

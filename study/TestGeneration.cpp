@@ -8,7 +8,6 @@
 
 #include <algorithm>
 #include <numeric>
-#include <stdexcept>
 #include <vector>
 
 namespace {
@@ -43,7 +42,7 @@ CardSet generateTest(SubjectStore &store, CardSet &cards, std::string_view cardQ
     CardSet shuffled = store.openRecordSet(cardsShuffled(cardQuery));
     const int count = shuffled.recordCount();
     if (count < minStudyCards) {
-        throw std::runtime_error("fewer than 5 of the selected flash cards are left, too few for a test");
+        throw CardsGone("fewer than 5 of the selected flash cards are left, too few for a test");
     }
     std::vector<TestQuestion> questions(static_cast<std::size_t>(count));
     for (int position = count - 1; position >= 0; --position) {

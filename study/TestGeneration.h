@@ -11,7 +11,7 @@
 ///
 /// The sort keys are drawn from the last card to the first, and then, in the new order,
 /// the questions (drawQuestion()). All in one transaction: after a failure the file is as
-/// it was. Fewer than minStudyCards cards are a failure too (std::runtime_error). A card
+/// it was. Fewer than minStudyCards cards are a failure too (CardsGone). A card
 /// that was deleted meanwhile is passed over.
 [[nodiscard]] CardSet generateTest(SubjectStore &store, CardSet &cards, std::string_view cardQuery,
                                    int multipleChoicePercent, const RandomDraw &draw);

@@ -71,9 +71,8 @@ void setQuestion(CardSet &cards, const TestQuestion &question)
     cards.setNumber(CardField::Wrong2, question.wrong2);
 }
 
-ShownQuestion composeQuestion(CardSet &cards, bool graded)
+ShownQuestion composeQuestion(CardSet &cards, const TestQuestion &question, bool graded)
 {
-    const TestQuestion question = questionOf(cards);
     const bool asksFront = question.asked == Side::Front;
     const auto answerSide = asksFront ? CardField::Back : CardField::Front;
     const int own = cards.absolutePosition();

@@ -49,7 +49,7 @@ struct ShownQuestion
     std::array<bool, choiceCount> isShown;
 };
 
-/// Composes the question of the current card from it and the cards that supply the wrong choices.
+/// Composes \p question of the current card from it and the cards that supply the wrong choices.
 /// Once it is \p graded, a false statement shows the right answer too. The set stays on
 /// the card, also after a failure. A card that is gone supplies no text.
-[[nodiscard]] ShownQuestion composeQuestion(CardSet &cards, bool graded);
+[[nodiscard]] ShownQuestion composeQuestion(CardSet &cards, const TestQuestion &question, bool graded);

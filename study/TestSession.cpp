@@ -55,14 +55,21 @@ TestSession::TestSession(const std::filesystem::path &subject, const StudySettin
     m_cards = generateTest(m_store, m_cards, settings.cardQuery, settings.multipleChoicePercent, draw);
     const int questions = std::min<int>(settings.questionCount, m_cards.recordCount());
     for (int question = 0; question < questions; ++question, m_cards.moveNext()) {
-        m_correctAnswers.push_back(m_cards.number(CardField::Answer));
+        m_questions.push_back({questionOf(m_cards), m_cards.single(CardField::Shuffle)});
     }
     m_cards.moveFirst();
 }
 
 int TestSession::correctAnswer(int question) const
 {
-    return m_correctAnswers.at(static_cast<std::size_t>(question));
+    return m_questions.at(static_cast<std::size_t>(question)).question.answer;
+}
+
+ShownQuestion TestSession::shown(bool graded)
+{
+    const float sortKey = m_cards.single(CardField::Shuffle); // first: an error once closed
+    const DrawnQuestion &drawn = m_questions.at(static_cast<std::size_t>(current()));
+    return composeQuestion(m_cards, sortKey == drawn.sortKey ? questionOf(m_cards) : drawn.question, graded);
 }
 
 void TestSession::goTo(int question)

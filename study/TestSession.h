@@ -23,14 +23,14 @@ public:
     TestSession(const std::filesystem::path &subject, const StudySettings &settings, const RandomDraw &draw);
 
     /// settings.questionCount, or the number of cards if there are fewer by now.
-    [[nodiscard]] int questionCount() const { return static_cast<int>(m_correctAnswers.size()); }
+    [[nodiscard]] int questionCount() const { return static_cast<int>(m_questions.size()); }
     /// 1 to 3.
     [[nodiscard]] int correctAnswer(int question) const;
 
     void goTo(int question);
     [[nodiscard]] int current() const { return m_cards.absolutePosition(); }
-    /// The current question. A failure leaves it current.
-    [[nodiscard]] ShownQuestion shown(bool graded) { return composeQuestion(m_cards, graded); }
+    /// The current question, with the texts that its cards hold now. A failure leaves it current.
+    [[nodiscard]] ShownQuestion shown(bool graded);
 
     /// Marks the cards of \p questions for later study, all of them or, after a failure, none. A
     /// card that was deleted meanwhile is passed over. The current question stays. If the file was
@@ -41,11 +41,18 @@ public:
     void close() noexcept { m_store.close(); }
 
 private:
+    /// What was drawn for a card. It stands in the card too, until another test draws anew.
+    struct DrawnQuestion
+    {
+        TestQuestion question;
+        float sortKey; ///< which that test would draw anew as well
+    };
+
     void markCardsOfFileNow(std::span<const int> questions);
 
     std::filesystem::path m_subject;
     std::string m_cardQuery;
     SubjectStore m_store;
     CardSet m_cards;
-    std::vector<int> m_correctAnswers;
+    std::vector<DrawnQuestion> m_questions;
 };

@@ -345,8 +345,7 @@ void frmFlashCard::flip()
 
 void frmFlashCard::toggleMark()
 {
-    m_session.toggleMark();
-    showMarked(m_session.isMarked());
+    showMarked(m_session.toggleMark());
     showPlace(); // which a file that was replaced may have changed
     tellCard();
 }

@@ -323,6 +323,9 @@ void frmNotes::ShowTopic()
     const TopicContents topic = readTopic(subjectFile(m_module.subject), selectedTopic());
     RichTextBox1->setRtf(topic.notes);
     Label1->setText(QString::fromStdString(topic.name));
+    if (TabStrip1->keyedCaption(TabStrip1->currentIndex()) != Label1->text()) {
+        TabStrip1->setKeyedCaption(TabStrip1->currentIndex(), Label1->text()); // renamed by another program
+    }
     StatusBar1->setText(cardCountLine(topic.cardCount));
     StatusBar1->show();
     m_shown = TabStrip1->selectedKey();

@@ -66,4 +66,21 @@ TEST(CommandGuard, BeginsNoCommandInTheMiddleOfLongWork)
     EXPECT_EQ(begun, 1);
 }
 
+TEST(CommandGuard, BeginsNoCommandInAWindowThatHasClosed)
+{
+    QWidget window;
+    int begun = 0;
+    const auto command = [&] { ++begun; };
+    EXPECT_TRUE(runGuarded(&window, command)) << "before it is shown, commands make it ready";
+    window.show();
+    EXPECT_TRUE(runGuarded(&window, command));
+    window.close();
+    EXPECT_FALSE(runGuarded(&window, command));
+    EXPECT_EQ(begun, 2);
+    window.show();
+    EXPECT_TRUE(runGuarded(&window, command)) << "it is there again";
+    window.setWindowState(Qt::WindowMinimized);
+    EXPECT_TRUE(runGuarded(&window, command));
+}
+
 } // namespace

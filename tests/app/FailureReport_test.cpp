@@ -2,6 +2,7 @@
 #include "platform/SettingsStore.h"
 #include "platform/help/HelpViewer.h"
 #include "store/StoreError.h"
+#include "study/CardSelection.h"
 
 #include <gtest/gtest.h>
 #include <set>
@@ -52,6 +53,14 @@ TEST(FailureReport, HelpThatIsMissingSpeaksForItself)
     const FailureReport report = describeFailure(HelpUnavailable(QStringLiteral("Install Cramlet again.")));
     EXPECT_EQ(report.text, QStringLiteral("Install Cramlet again."));
     EXPECT_TRUE(report.details.startsWith(QStringLiteral("Error 10003")));
+}
+
+TEST(FailureReport, CardsThatAreGoneWhenAStudyBeginsAreSaidToBe)
+{
+    const FailureReport report = describeFailure(CardsGone("none are left"));
+    EXPECT_TRUE(report.text.contains(QStringLiteral("deleted meanwhile")));
+    EXPECT_TRUE(report.text.contains(QStringLiteral("Study...")));
+    EXPECT_EQ(report.details, QStringLiteral("Error 10004: none are left"));
 }
 
 TEST(FailureReport, AnyOtherFailureKeepsItsOwnWords)

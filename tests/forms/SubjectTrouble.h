@@ -133,7 +133,7 @@ std::unique_ptr<Trouble> begin(const std::filesystem::path &subject)
 }
 
 inline constexpr Cause locked{"Locked", begin<Locked>, "Another program is busy"};
-inline constexpr Cause fullDisk{"FullDisk", begin<FullDisk>, "could not be read or written"};
+inline constexpr Cause fullDisk{"FullDisk", begin<FullDisk>, "The disk is full"};
 inline constexpr Cause movedAway{"MovedAway", begin<MovedAway>, "cannot be found"};
 inline constexpr Cause deleted{"Deleted", begin<Deleted>, "cannot be found"};
 

@@ -52,7 +52,7 @@ std::unique_ptr<Trouble> begin(const std::filesystem::path &subject)
 
 constexpr Cause causes[] = {
     {"Locked", begin<Locked>, "Another program is busy"},
-    {"FullDisk", begin<FullDisk>, "could not be read or written"},
+    {"FullDisk", begin<FullDisk>, "The disk is full"},
     {"MovedAway", begin<MovedAway>, "cannot be found"},
 };
 

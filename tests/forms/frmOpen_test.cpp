@@ -139,6 +139,17 @@ TEST_F(frmOpenTest, ADoubleClickOpensASubject)
     EXPECT_FALSE(isOpen());
 }
 
+TEST_F(frmOpenTest, ASecondClickThatComesAfterItHasClosedShowsNoSecondWindow)
+{
+    storeRecent(0, chosen);
+    open();
+    ok();
+    ASSERT_FALSE(isOpen());
+    ok();
+    QTest::keyClick(window, Qt::Key_Return);
+    EXPECT_EQ(shown, 1);
+}
+
 TEST_F(frmOpenTest, EscapeAndCancelCloseItAndOpenNothing)
 {
     for (const bool byKey : {true, false}) {

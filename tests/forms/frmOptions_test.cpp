@@ -176,6 +176,19 @@ TEST_F(frmOptionsTest, StudyHandsOverTheChoicesAndCloses)
     EXPECT_EQ(module->study.cardQuery, "SELECT * FROM Flashcards WHERE NIndex = " + std::to_string(large));
 }
 
+TEST_F(frmOptionsTest, ASecondClickThatComesAfterItHasClosedStartsNoSecondStudy)
+{
+    open();
+    int studies = 0;
+    QObject::connect(window, &QDialog::finished, window, [&studies] { ++studies; });
+    selectTopic(0);
+    forward();
+    forward();
+    ASSERT_FALSE(window->isVisible());
+    forward();
+    EXPECT_EQ(studies, 1);
+}
+
 TEST_F(frmOptionsTest, TwoTopicsSelectedByTheMouseAreJoined)
 {
     open();

@@ -4,6 +4,7 @@
 #include <csignal>
 #include <fstream>
 #include <sys/resource.h>
+#include <utility>
 
 namespace fs = std::filesystem;
 
@@ -334,6 +335,21 @@ TEST_F(CardEditingFailures, ADeletedCardIsNotShownWhenItsNeighbourCannotBe)
     EXPECT_EQ(cards(), (Cards{"a/A", "c/C", "x/X"}));
 }
 
+TEST_F(CardEditingFailures, FirstAndLastLeaveTheGapOfAVanishedCardForItsOnlyNeighbour)
+{
+    for (const Command command : {First, Last}) {
+        otherProgram().exec("DELETE FROM FlashCards WHERE NIndex = " + std::to_string(topic));
+        addCardsNamed("ab");
+        Boxes boxes = open();
+        deleteInFile("a");
+        EXPECT_EQ(boxes.failureOf(Save), Reason::RowGone);
+        boxes.clear();
+        EXPECT_EQ(boxes.give(command), Moved);
+        EXPECT_EQ(boxes.editing.position(), 0);
+        EXPECT_EQ(boxes.shown(), "b/B");
+    }
+}
+
 TEST_F(CardEditingFailures, AFailedMoveLeavesTheCardInTheBoxesTheOneThatIsStoredOrDeleted)
 {
     for (const Command command : {First, Previous, Next, Last}) {
@@ -402,6 +418,137 @@ TEST_F(CardEditingFailures, AVanishedCardIsReportedAgainIfTheCardsCannotBeReadAn
     EXPECT_EQ(cards(), (Cards{"b/B", "x/X", "/"}));
 }
 
+// A topic that another program deletes.
+
+class ATopicThatOthersDeleted : public CardEditingFailures
+{
+protected:
+    void deleteTopicInFile() const
+    {
+        deleteTopicRowInFile();
+        otherProgram().exec("DELETE FROM FlashCards WHERE NIndex = " + std::to_string(topic));
+    }
+    void deleteTopicRowInFile() const
+    {
+        otherProgram().exec("DELETE FROM Topics WHERE \"Index\" = " + std::to_string(topic));
+    }
+};
+
+TEST_F(ATopicThatOthersDeleted, GetsNoCardByAnyCommandAndTheTextStays)
+{
+    for (const Command command : {First, Next, Add, Save}) {
+        addCardsNamed("abc");
+        Boxes boxes = open();
+        boxes.goTo(1);
+        boxes.type("x", "X");
+        deleteTopicInFile();
+        for (int times = 0; times < 3; ++times) {
+            EXPECT_EQ(boxes.failureOf(command), Reason::RowGone);
+            EXPECT_EQ(boxes.shown(), "x/X");
+            EXPECT_EQ(boxes.editing.position(), -1);
+            EXPECT_EQ(boxes.editing.count(), 0);
+            EXPECT_EQ(cards(), Cards());
+        }
+        boxes.clear();
+        EXPECT_FALSE(boxes.failureOf(Save)) << "nothing is left to store";
+        EXPECT_EQ(cards(), Cards());
+        otherProgram().exec("INSERT INTO Topics (\"Index\", Name) VALUES (" + std::to_string(topic) + ", 'Topic')");
+    }
+}
+
+TEST_F(ATopicThatOthersDeleted, SaysThatItIsTheTopic)
+{
+    Boxes boxes = open();
+    boxes.type("x", "X");
+    deleteTopicInFile();
+    EXPECT_EQ(boxes.failureOf(Save), Reason::RowGone) << "the card";
+    try {
+        boxes.give(Save);
+        FAIL() << "a card without its topic was stored";
+    } catch (const StoreError &failure) {
+        EXPECT_EQ(failure.reason(), Reason::RowGone);
+        EXPECT_EQ(failure.path(), subject.string());
+        EXPECT_NE(std::string(failure.what()).find("the topic was deleted"), std::string::npos) << failure.what();
+    }
+}
+
+TEST_F(ATopicThatOthersDeleted, IsNotOpenedOnANewCard)
+{
+    deleteTopicInFile();
+    EXPECT_THROW(static_cast<void>(open()), StoreError);
+    EXPECT_EQ(cards(), Cards());
+}
+
+TEST_F(ATopicThatOthersDeleted, WithItsLastCardDeletedHereGetsNoNewOne)
+{
+    addCardsNamed("a");
+    Boxes boxes = open();
+    deleteTopicRowInFile(); // its cards are about to follow
+    EXPECT_EQ(boxes.failureOf(Remove), Reason::RowGone);
+    EXPECT_EQ(boxes.shown(), "/");
+    EXPECT_EQ(boxes.editing.position(), -1);
+    EXPECT_EQ(cards(), Cards());
+    EXPECT_FALSE(boxes.failureOf(Save));
+}
+
+TEST_F(ATopicThatOthersDeleted, KeepsTheCardInTheBoxesIfItIsStillThere)
+{
+    addCardsNamed("ab");
+    Boxes boxes = open();
+    boxes.goTo(1);
+    boxes.type("x", "X");
+    deleteTopicRowInFile();
+    for (const Command command : {Next, Add}) {
+        EXPECT_EQ(boxes.failureOf(command), Reason::RowGone);
+        EXPECT_EQ(boxes.shown(), "x/X");
+        EXPECT_EQ(boxes.editing.position(), 1);
+        EXPECT_EQ(boxes.editing.count(), 2);
+    }
+    EXPECT_EQ(cards(), (Cards{"a/A", "x/X"}));
+    EXPECT_EQ(boxes.give(First), Moved);
+    EXPECT_EQ(boxes.shown(), "a/A");
+}
+
+TEST_F(ATopicThatOthersDeleted, TakesCardsAgainWhenItIsThereAgain)
+{
+    addCardsNamed("a");
+    Boxes boxes = open();
+    boxes.type("x", "X");
+    fs::copy_file(subject, folder.file("backup"));
+    deleteTopicInFile();
+    EXPECT_EQ(boxes.failureOf(Next), Reason::RowGone);
+    EXPECT_EQ(boxes.failureOf(Next), Reason::RowGone);
+    fs::rename(folder.file("backup"), subject);
+    EXPECT_EQ(boxes.give(Next), Added);
+    EXPECT_EQ(cards(), (Cards{"a/A", "x/X", "/"}));
+}
+
+TEST_F(CardEditingFailures, ACardThatCannotBeCommittedIsNotCounted)
+{
+    addCardsNamed("abc");
+    Boxes boxes = open();
+    boxes.goTo(2);
+    boxes.type("x", "X");
+    deleteInFile("c");
+    EXPECT_EQ(boxes.failureOf(Save), Reason::RowGone);
+    {
+        SQLite::Database other = otherProgram();
+        SQLite::Statement reading(other, "SELECT * FROM FlashCards");
+        reading.executeStep(); // who reads keeps others from committing
+        EXPECT_EQ(boxes.failureOf(Save), Reason::Locked);
+    }
+    EXPECT_EQ(boxes.editing.count(), 2);
+    EXPECT_EQ(boxes.editing.position(), -1);
+    EXPECT_EQ(boxes.shown(), "x/X");
+    EXPECT_EQ(cards(), (Cards{"a/A", "b/B"}));
+    EXPECT_EQ(boxes.give(Next), Added);
+    EXPECT_EQ(boxes.editing.count(), 4);
+    boxes.type("y", "Y");
+    EXPECT_EQ(boxes.give(Previous), Moved);
+    EXPECT_EQ(boxes.shown(), "x/X");
+    EXPECT_EQ(cards(), (Cards{"a/A", "b/B", "x/X", "y/Y"}));
+}
+
 /// A file made by others, in which the keys of the cards are a plain column.
 class CardEditingInAForeignFile : public CardEditingFailures
 {
@@ -427,6 +574,23 @@ TEST_F(CardEditingInAForeignFile, GoesFromCardToCardAndStoresThem)
     EXPECT_EQ(boxes.give(Remove), Moved);
     EXPECT_EQ(boxes.shown(), "b/B");
     EXPECT_EQ(cards(), (Cards{"x/X", "b/B", "y/Y"}));
+}
+
+TEST_F(CardEditingInAForeignFile, AddsNoCardToATopicThatIsGoneByItsKeyAndNotByItsRow)
+{
+    otherProgram().exec("ALTER TABLE Topics RENAME TO OldTopics; CREATE TABLE Topics AS SELECT * FROM OldTopics; "
+                        "DROP TABLE OldTopics; UPDATE Topics SET \"Index\" = \"Index\" + 5; "
+                        "UPDATE FlashCards SET NIndex = NIndex + 5");
+    const int row = std::exchange(topic, topic + 5);
+    EXPECT_THROW(CardEditing(subject, cardsOfTopic(row), row, {}), StoreError);
+    Boxes boxes = open();
+    boxes.goTo(2);
+    EXPECT_EQ(boxes.give(Next), Added);
+    EXPECT_EQ(cards(), (Cards{"a/A", "b/B", "c/C", "/"}));
+    otherProgram().exec("DELETE FROM Topics WHERE Name = 'Topic'");
+    boxes.type("x", "X");
+    EXPECT_EQ(boxes.failureOf(Next), Reason::RowGone);
+    EXPECT_EQ(cards(), (Cards{"a/A", "b/B", "c/C", "x/X"}));
 }
 
 TEST_F(CardEditingInAForeignFile, TakesNoOtherCardForTheOneInTheBoxes)

@@ -208,7 +208,7 @@ TEST_P(FlashCardSessionFlipperInEveryState, TakesTheSecondsOfTheOptionsAndWaits)
 {
     FlashCardSession session = openWith(GetParam().state, 1);
     session.restart({.timeSetting = 2});
-    EXPECT_FALSE(session.flipper().isRunning());
+    expectFlipper(session, Off, 0);
     session.armFlipperPaused();
     expectFlipper(session, Paused, 2);
     passSeconds(session, 9);

@@ -430,7 +430,7 @@ TEST_F(AReplacedFile, IsNotWrittenIfItHasAnotherCardInItsPlace)
         replaceBy(change);
         for (int command = 0; command < 2; ++command) {
             try {
-                command == 0 ? session.toggleMark() : static_cast<void>(session.shuffle([] { return 0.5F; }));
+                static_cast<void>(command == 0 ? session.toggleMark() : session.shuffle([] { return 0.5F; }));
                 ADD_FAILURE() << "written after " << change;
             } catch (const StoreError &failure) {
                 EXPECT_EQ(failure.reason(), StoreError::Reason::RowGone) << change;

@@ -52,10 +52,10 @@ protected:
 
 TEST_F(Marking, IsStoredAtOnceAndUndoneByTheSecondTime)
 {
-    toggleMark(*cards);
+    EXPECT_TRUE(toggleMark(*cards));
     EXPECT_TRUE(cards->flag(CardField::Marked));
     EXPECT_EQ(marksInFile(), "0;1;0");
-    toggleMark(*cards);
+    EXPECT_FALSE(toggleMark(*cards));
     EXPECT_FALSE(cards->flag(CardField::Marked));
     EXPECT_EQ(marksInFile(), "0;0;0");
 }

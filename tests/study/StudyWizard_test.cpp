@@ -3,6 +3,7 @@
 #include "study/StudyWizard.h"
 #include "tests/support/TestSubject.h"
 
+#include <array>
 #include <gtest/gtest.h>
 
 namespace {
@@ -52,6 +53,26 @@ TEST_F(StudyWizard, OpensWithTheSameChoicesEveryTime)
     EXPECT_EQ(opened.timerMinutes, 20);
     EXPECT_FALSE(opened.withMarked);
     EXPECT_TRUE(opened.topics.empty());
+}
+
+TEST_F(StudyWizard, OffersTheTimesAndNumbersThatAStudyTakes)
+{
+    const auto reach = [](const SliderRange &range) { return std::array{range.least, range.start, range.most}; };
+    EXPECT_EQ(reach(flipperSeconds), (std::array{1, 5, 20}));
+    EXPECT_EQ(reach(questionCounts), (std::array{5, 20, 50}));
+    EXPECT_EQ(reach(choicePercents), (std::array{0, 60, 100}));
+    EXPECT_EQ(reach(timerMinutes), (std::array{2, 20, 50}));
+}
+
+TEST_F(StudyWizard, NeverShownLeavesTheSettingsCancelledAndOtherwiseAsItOpens)
+{
+    const StudySettings begun;
+    EXPECT_TRUE(begun.cancelled);
+    EXPECT_EQ(begun.style, StudyStyle::FlashCards);
+    EXPECT_EQ(begun.timeSetting, 0);
+    EXPECT_EQ(begun.viewOrder, ViewOrder::front);
+    EXPECT_EQ(begun.questionCount, 20);
+    EXPECT_EQ(begun.multipleChoicePercent, 60);
 }
 
 TEST_F(StudyWizard, RefusesWhenNothingIsChosen)

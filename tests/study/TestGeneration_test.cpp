@@ -239,7 +239,8 @@ TEST_F(TestGeneration, NamesThePositionsOfTheReturnedSetThoughManyKeysAreEqual)
             EXPECT_NE(question.wrong2, own);
             const auto answerSide = question.asked == Side::Front ? CardField::Back : CardField::Front;
             again.setAbsolutePosition(question.wrong1);
-            EXPECT_EQ(composeQuestion(test, false).choices.at(question.answer == 1 ? 1 : 0), again.text(answerSide));
+            EXPECT_EQ(composeQuestion(test, question, false).choices.at(question.answer == 1 ? 1 : 0),
+                      again.text(answerSide));
         }
     }
 }

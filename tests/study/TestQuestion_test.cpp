@@ -195,6 +195,9 @@ protected:
 
     using Choices = std::array<std::string, 3>;
 
+    /// The question that the current card holds.
+    static ShownQuestion compose(CardSet &set, bool graded) { return composeQuestion(set, questionOf(set), graded); }
+
     static constexpr int own = 3;
     static constexpr int wrong1 = 5;
     static constexpr int wrong2 = 1;
@@ -221,14 +224,14 @@ TEST_F(ComposeQuestion, PutsTheOwnAnswerInItsPlaceAndTheWrongOnesIntoTheOthersIn
                 const auto [a, b, c] = place.sources;
 
                 CardSet &set = onQuestion({type, Side::Front, place.answer, wrong1, wrong2});
-                ShownQuestion shown = composeQuestion(set, graded);
+                ShownQuestion shown = compose(set, graded);
                 EXPECT_EQ(shown.type, type);
                 EXPECT_EQ(shown.text, front(own));
                 EXPECT_EQ(shown.choices, (Choices{back(a), back(b), back(c)}));
                 EXPECT_EQ(set.absolutePosition(), own);
 
                 CardSet &turned = onQuestion({type, Side::Back, place.answer, wrong1, wrong2});
-                shown = composeQuestion(turned, graded);
+                shown = compose(turned, graded);
                 EXPECT_EQ(shown.type, type);
                 EXPECT_EQ(shown.text, back(own));
                 EXPECT_EQ(shown.choices, (Choices{front(a), front(b), front(c)}));
@@ -257,22 +260,22 @@ TEST_F(ComposeQuestion, ShowsAllChoicesOfMultipleChoiceAndOfAStatementTheRightAn
         for (const Side side : {Side::Front, Side::Back}) {
             const TestQuestion question{row.type, side, row.answer, wrong1, wrong2};
             CardSet &set = onQuestion(question);
-            EXPECT_EQ(composeQuestion(set, false).isShown, row.ungraded) << testing::PrintToString(question);
-            EXPECT_EQ(composeQuestion(set, true).isShown, row.graded) << testing::PrintToString(question);
+            EXPECT_EQ(compose(set, false).isShown, row.ungraded) << testing::PrintToString(question);
+            EXPECT_EQ(compose(set, true).isShown, row.graded) << testing::PrintToString(question);
         }
     }
 }
 
 TEST_F(ComposeQuestion, OfAFalseStatementPutsAnotherAnswerFirstAndTheRightOneSecond)
 {
-    const ShownQuestion shown = composeQuestion(onQuestion({Type::TrueOrFalse, Side::Front, 2, 0, 6}), true);
+    const ShownQuestion shown = compose(onQuestion({Type::TrueOrFalse, Side::Front, 2, 0, 6}), true);
     EXPECT_EQ(shown.choices.at(0), back(0));
     EXPECT_EQ(shown.choices.at(1), back(own));
 }
 
 TEST_F(ComposeQuestion, TakesChoicesFromTheFirstAndTheLastCardToo)
 {
-    EXPECT_EQ(composeQuestion(onQuestion({Type::MultipleChoice, Side::Front, 1, 0, 6}), false).choices,
+    EXPECT_EQ(compose(onQuestion({Type::MultipleChoice, Side::Front, 1, 0, 6}), false).choices,
               (Choices{back(own), back(0), back(6)}));
 }
 
@@ -280,20 +283,20 @@ TEST_F(ComposeQuestion, ShowsNoTextForAChoiceWhoseCardWasDeleted)
 {
     CardSet &set = onQuestion({Type::MultipleChoice, Side::Front, 2, wrong1, wrong2});
     deleteCardAt(wrong1);
-    const ShownQuestion shown = composeQuestion(set, false);
+    const ShownQuestion shown = compose(set, false);
     EXPECT_EQ(shown.choices, (Choices{"", back(own), back(wrong2)}));
     EXPECT_EQ(shown.isShown, (std::array{true, true, true}));
     EXPECT_EQ(set.absolutePosition(), own);
     deleteCardAt(wrong2);
-    EXPECT_EQ(composeQuestion(set, false).choices, (Choices{"", back(own), ""}));
+    EXPECT_EQ(compose(set, false).choices, (Choices{"", back(own), ""}));
     EXPECT_EQ(set.absolutePosition(), own);
 }
 
 TEST_F(ComposeQuestion, ShowsNoTextForAChoiceFromOutsideTheSet)
 {
-    EXPECT_EQ(composeQuestion(onQuestion({Type::MultipleChoice, Side::Back, 1, -1, 7}), false).choices,
+    EXPECT_EQ(compose(onQuestion({Type::MultipleChoice, Side::Back, 1, -1, 7}), false).choices,
               (Choices{front(own), "", ""}));
-    EXPECT_EQ(composeQuestion(onQuestion({Type::MultipleChoice, Side::Back, 3, 1'000'000, wrong2}), false).choices,
+    EXPECT_EQ(compose(onQuestion({Type::MultipleChoice, Side::Back, 3, 1'000'000, wrong2}), false).choices,
               (Choices{"", front(wrong2), front(own)}));
 }
 
@@ -303,7 +306,7 @@ TEST_F(ComposeQuestion, OfADeletedCardIsAnErrorAndTheSetStaysOnIt)
     deleteCardAt(own);
     for (int attempt = 0; attempt < 2; ++attempt) {
         try {
-            (void)composeQuestion(set, false);
+            (void)compose(set, false);
             ADD_FAILURE() << "a deleted card was shown";
         } catch (const StoreError &failure) {
             EXPECT_EQ(failure.reason(), StoreError::Reason::RowGone);
@@ -316,7 +319,7 @@ TEST_F(ComposeQuestion, OfAClosedSubjectIsAnError)
 {
     CardSet &set = onQuestion({Type::MultipleChoice, Side::Front, 2, wrong1, wrong2});
     store->close();
-    EXPECT_THROW((void)composeQuestion(set, false), StoreError);
+    EXPECT_THROW((void)compose(set, false), StoreError);
 }
 
 TEST_F(ComposeQuestion, WritesNothing)
@@ -324,8 +327,8 @@ TEST_F(ComposeQuestion, WritesNothing)
     CardSet &set = onQuestion({Type::TrueOrFalse, Side::Back, 2, wrong1, wrong2});
     SQLite::Database other(subject.string(), SQLite::OPEN_READWRITE);
     const int version = other.execAndGet("PRAGMA data_version").getInt();
-    (void)composeQuestion(set, false);
-    (void)composeQuestion(set, true);
+    (void)compose(set, false);
+    (void)compose(set, true);
     EXPECT_EQ(other.execAndGet("PRAGMA data_version").getInt(), version);
     EXPECT_THROW(set.update(), StoreError) << "no edit is left behind";
 }
