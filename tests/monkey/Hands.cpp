@@ -1,8 +1,8 @@
 #include "tests/monkey/Hands.h"
 
 #include "tests/forms/AccessibilityWalk.h"
+#include "tests/monkey/Material.h"
 #include "tests/monkey/World.h"
-#include "tests/support/Pictures.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -12,7 +12,6 @@
 #include <QMessageBox>
 #include <QMimeData>
 #include <QTextEdit>
-#include <QUrl>
 #include <qpa/qwindowsysteminterface.h>
 
 #include <algorithm>
@@ -62,45 +61,6 @@ QString written(int key, Qt::KeyboardModifiers modifiers)
     return QKeySequence(static_cast<int>(modifiers.toInt()) | key).toString(QKeySequence::PortableText);
 }
 
-constexpr std::array plainKeys{Qt::Key_Tab,    Qt::Key_Backtab,   Qt::Key_Left,     Qt::Key_Right,  Qt::Key_Up,
-                               Qt::Key_Down,   Qt::Key_Return,    Qt::Key_Enter,    Qt::Key_Space,  Qt::Key_Home,
-                               Qt::Key_End,    Qt::Key_PageUp,    Qt::Key_PageDown, Qt::Key_Delete, Qt::Key_Insert,
-                               Qt::Key_Escape, Qt::Key_Backspace, Qt::Key_F1,       Qt::Key_Menu,   Qt::Key_F2,
-                               Qt::Key_F4,     Qt::Key_F6,        Qt::Key_F10};
-
-// Letters and keys that mean something somewhere in the program.
-constexpr std::array letterKeys{Qt::Key_A, Qt::Key_B, Qt::Key_C, Qt::Key_F, Qt::Key_J, Qt::Key_M, Qt::Key_P, Qt::Key_Q,
-                                Qt::Key_S, Qt::Key_T, Qt::Key_1, Qt::Key_2, Qt::Key_3, Qt::Key_7, Qt::Key_Y, Qt::Key_N};
-constexpr std::array altKeys{Qt::Key_N,    Qt::Key_R,    Qt::Key_D,      Qt::Key_S,      Qt::Key_E,    Qt::Key_F,
-                             Qt::Key_A,    Qt::Key_O,    Qt::Key_P,      Qt::Key_T,      Qt::Key_M,    Qt::Key_Y,
-                             Qt::Key_Home, Qt::Key_End,  Qt::Key_Insert, Qt::Key_Delete, Qt::Key_Left, Qt::Key_Right,
-                             Qt::Key_Up,   Qt::Key_Down, Qt::Key_C,      Qt::Key_B,      Qt::Key_L,    Qt::Key_I};
-constexpr std::array controlKeys{
-    Qt::Key_C,    Qt::Key_X,    Qt::Key_V,      Qt::Key_Z,      Qt::Key_A,     Qt::Key_Y, Qt::Key_B,        Qt::Key_I,
-    Qt::Key_U,    Qt::Key_L,    Qt::Key_E,      Qt::Key_R,      Qt::Key_M,     Qt::Key_T, Qt::Key_K,        Qt::Key_F,
-    Qt::Key_H,    Qt::Key_Home, Qt::Key_End,    Qt::Key_Left,   Qt::Key_Right, Qt::Key_1, Qt::Key_3,        Qt::Key_0,
-    Qt::Key_Plus, Qt::Key_Tab,  Qt::Key_Return, Qt::Key_Delete, Qt::Key_D,     Qt::Key_O, Qt::Key_Backspace};
-
-/// What is typed at a stretch. Without "/", which could lead anywhere in a file dialog.
-const std::array<QString, 12> &sayings()
-{
-    static const std::array<QString, 12> all{
-        QStringLiteral("What is it?"),
-        QStringLiteral("- one\n- two\n"),
-        QStringLiteral("a\tb"),
-        QStringLiteral("words.txt"),
-        QStringLiteral("red.png"),
-        QStringLiteral("New one"),
-        QStringLiteral("Odd Things.crl"),
-        QStringLiteral("{\\rtf1 x}"),
-        QStringLiteral("\u00c4\u00f6\u00df \u05e9\u05dc\u05d5\u05dd \u4f60\u597d"),
-        QString::fromUtf8("\xf0\x9f\x98\x80 e\xcc\x81"),
-        QStringLiteral("12345678901234567890"),
-        QStringLiteral("  "),
-    };
-    return all;
-}
-
 /// A letter as a keyboard gives it; without a key of its own as an input method does.
 int keyOf(QChar letter)
 {
@@ -111,47 +71,6 @@ int keyOf(QChar letter)
         return Qt::Key_Tab;
     }
     return letter.unicode() < 128 ? letter.toUpper().unicode() : 0;
-}
-
-/// All of a literal, zeros too.
-template <std::size_t N>
-QByteArray bytes(const char (&literal)[N])
-{
-    return {literal, static_cast<qsizetype>(N) - 1};
-}
-
-QMimeData *someContents(Random &random, QString &what)
-{
-    struct Kind
-    {
-        const char *format;
-        QByteArray bytes;
-    };
-    static const std::array kinds{
-        Kind{"text/plain", "Plain text\nof two lines"},
-        Kind{"text/plain", bytes("nul\0inside")},
-        Kind{"text/plain", QByteArray(20'000, 'x')},
-        Kind{"text/rtf", R"({\rtf1\ansi {\b bold} and \cf3\fs40 large\par\pard\bullet\tab item})"},
-        Kind{"text/rtf", R"({\rtf1{\pict\pngblip 89504e47}{\object\objemb{\*\objdata 01050000)"},
-        Kind{"text/rtf", bytes("\xff\xfe{\\rtf1 \\u-1? \\bin99 x")},
-        Kind{"text/html", "<h1>Head</h1><ul><li>one<ol><li>two</ol></ul><table><tr><td>a<td>b</table>"},
-        Kind{"text/html", "<p style='color:#fff;font-size:90pt'><a href='https:x'>link<b><i>deep"},
-        Kind{"text/html", bytes("<<<\0&#x110000;&bogus;<td><tr><li></p>")},
-        Kind{"text/uri-list", "file:red.png\r\nfile:words.txt\r\n"},
-        Kind{"application/x-unknown", "\x01\x02\x03"},
-        Kind{"image/png", "no picture"},
-    };
-    auto *contents = new QMimeData;
-    const int picked = random.below(static_cast<int>(kinds.size()) + 2);
-    if (picked >= static_cast<int>(kinds.size())) {
-        what = QStringLiteral("picture");
-        contents->setImageData(redPicture(picked % 2 == 0 ? QSize(3, 2) : QSize(1500, 1000)));
-        return contents;
-    }
-    const Kind &kind = kinds.at(static_cast<std::size_t>(picked));
-    what = QStringLiteral("%1 %2").arg(picked).arg(QString::fromLatin1(kind.format));
-    contents->setData(QString::fromLatin1(kind.format), kind.bytes);
-    return contents;
 }
 
 } // namespace
