@@ -72,7 +72,7 @@ private:
     const Operation &randomOperation()
     {
         int sum = 0;
-        const Operation *chosen = nullptr;
+        const Operation *chosen = operations; // something is always possible
         for (const Operation *operation = operations; operation->name != nullptr; ++operation) {
             if (isPossible(operation->scene)) {
                 sum += operation->weight;
