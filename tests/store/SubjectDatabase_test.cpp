@@ -60,6 +60,24 @@ protected:
         ::waitpid(child, nullptr, 0);
     }
 
+    // Leaves the file and the journal as if another program that runs \p parts of one transaction
+    // were killed within its commit. Each is a part of the journal.
+    void killInCommit(std::initializer_list<std::string> parts) const
+    {
+        const fs::path journal = path.string() + "-journal";
+        {
+            SQLite::Database other = otherProgram();
+            other.exec("PRAGMA cache_size = 1; BEGIN");
+            for (const std::string &part : parts) {
+                other.exec(part);
+                sqlite3_db_cacheflush(other.getHandle());
+            }
+            fs::copy_file(journal, folder / "kept");
+            other.exec("COMMIT");
+        }
+        fs::rename(folder / "kept", journal);
+    }
+
     [[nodiscard]] int countCards() const { return SubjectStore(path).openRecordSet(cardsOfTopic(1)).recordCount(); }
 };
 
@@ -354,17 +372,35 @@ TEST_F(AnAcceptedFile, LosesAJournalThatItsWriterOnlyCameToMake)
 TEST_F(AnAcceptedFile, MayHaveItsTablesFromItsJournal)
 {
     createForeign(std::string(topicsTable) + cardsTable + "INSERT INTO FlashCards (NIndex) VALUES (1), (1)");
-    const fs::path journal = path.string() + "-journal";
-    {
-        SQLite::Database other = otherProgram();
-        other.exec("BEGIN; DROP TABLE Topics; DROP TABLE FlashCards");
-        sqlite3_db_cacheflush(other.getHandle());
-        fs::copy_file(journal, folder / "kept");
-        other.exec("COMMIT");
-    }
-    fs::rename(folder / "kept", journal); // as if the other program had been killed within its commit
+    killInCommit({"DROP TABLE Topics; DROP TABLE FlashCards"});
     EXPECT_EQ(countCards(), 2);
     EXPECT_EQ(filesInFolder(), std::vector<std::string>{"Subject.crl"});
+}
+
+TEST_F(AnAcceptedFile, GetsItsLengthBackFromALaterPartOfItsJournal)
+{
+    createCards(0);
+    otherProgram().exec("WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 200) "
+                        "INSERT INTO FlashCards (NIndex, Front) SELECT 1, hex(zeroblob(1000)) FROM n");
+    const std::size_t sizeBefore = bytesOf(path).size();
+    killInCommit({"UPDATE FlashCards SET Front = hex(randomblob(1000))", // does not lengthen the file yet
+                  "INSERT INTO FlashCards (NIndex, Front) VALUES (1, hex(zeroblob(100000)))"});
+    ASSERT_GT(bytesOf(path).size(), sizeBefore);
+    EXPECT_EQ(countCards(), 200);
+    EXPECT_EQ(bytesOf(path).size(), sizeBefore);
+    EXPECT_EQ(filesInFolder(), std::vector<std::string>{"Subject.crl"});
+}
+
+TEST_F(AnAcceptedFile, WithAJournalMayHaveALengthInItsHeaderThatItsProgramDidNotKeep)
+{
+    createCards(2);
+    std::string bytes = bytesOf(path);
+    bytes[31] = static_cast<char>(bytes[31] + 5); // pages
+    bytes[95] = static_cast<char>(bytes[95] - 1); // as of which change
+    writeBytes(path, bytes);
+    killInCommit({"INSERT INTO FlashCards (NIndex, Front) VALUES (1, hex(zeroblob(100000)))"});
+    EXPECT_EQ(countCards(), 2);
+    EXPECT_EQ(bytesOf(path).size(), bytes.size());
 }
 
 TEST_F(AnAcceptedFile, KeepsTheJournalOfAProgramThatIsWriting)

@@ -6,7 +6,9 @@
 #include <cerrno>
 #include <chrono>
 #include <cstdlib>
+#include <fcntl.h>
 #include <sqlite3.h>
+#include <string_view>
 
 namespace fs = std::filesystem;
 
@@ -539,6 +541,25 @@ TEST_F(ASubjectStore, ReportsWhatTheDiskCannotReadAnyMoreAsDamage)
     }
     system->xSetSystemCall(system, nullptr, nullptr); // all as before
     EXPECT_GT(reads, 1);
+}
+
+TEST_F(ASubjectStore, IsThereThoughAFileOfTheEnginesOwnIsNot)
+{
+    createCards(1);
+    SubjectStore store(path);
+    RecordSet set = store.openRecordSet(cardsOfTopic(1));
+    set.edit();
+    set.setText("Front", "Z");
+    const auto openNoJournal = [](const char *name, int flags, int mode) {
+        errno = ENOENT;
+        return std::string_view(name).ends_with("-journal") ? -1 : ::open(name, flags, mode);
+    };
+    sqlite3_vfs *system = sqlite3_vfs_find(nullptr);
+    system->xSetSystemCall(system, "open", reinterpret_cast<sqlite3_syscall_ptr>(+openNoJournal));
+    EXPECT_STORE_ERROR(Engine, set.update());
+    system->xSetSystemCall(system, nullptr, nullptr); // all as before
+    set.update();
+    EXPECT_EQ(askOther("SELECT Front FROM FlashCards"), "Z");
 }
 
 TEST_F(ASubjectStore, SeesAnotherStoreOfTheSameFile)
