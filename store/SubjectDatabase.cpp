@@ -146,11 +146,11 @@ public:
             keepLog(engine);
         }
 
-        if (m_hasJournal && !restoresTrueLength(sideFile(m_file, "-journal"), headerOf(engine), fileSize(m_file))) {
-            refuse(Reason::Damaged, "the journal beside the file is damaged");
-        }
-        if (m_hasJournal && fileSize(sideFile(m_file, "-journal")) >= longJournal) {
-            signalLongWork("Undoing an interrupted change of the subject...");
+        if (m_hasJournal) {
+            requireSoundJournal(engine);
+            if (fileSize(sideFile(m_file, "-journal")) >= longJournal) {
+                signalLongWork("Undoing an interrupted change of the subject...");
+            }
         }
         engine.exec("BEGIN");
         requireReadable(engine);
@@ -203,17 +203,27 @@ private:
         }
     }
 
-    // Through the engine's own descriptor, and without a lock.
-    static DatabaseHeader headerOf(SQLite::Database &engine)
+    // Asks through the engine's own descriptor, and without a lock.
+    void requireSoundJournal(SQLite::Database &engine) const
     {
-        DatabaseHeader header{};
         sqlite3_file *file = nullptr;
         sqlite3_file_control(engine.getHandle(), "main", SQLITE_FCNTL_FILE_POINTER, static_cast<void *>(&file));
-        if (file != nullptr && file->pMethods != nullptr) {
-            // Of a shorter file the rest is zeros, which tell no length.
-            static_cast<void>(file->pMethods->xRead(file, header.data(), static_cast<int>(header.size()), 0));
+        if (file == nullptr || file->pMethods == nullptr || isBeingWritten(*file)) {
+            return;
         }
-        return header;
+        DatabaseHeader header{};
+        // Of a shorter file the rest is zeros, which tell no length.
+        static_cast<void>(file->pMethods->xRead(file, header.data(), static_cast<int>(header.size()), 0));
+        if (!restoresTrueLength(sideFile(m_file, "-journal"), header, fileSize(m_file))) {
+            refuse(Reason::Damaged, "the journal beside the file is damaged");
+        }
+    }
+
+    // Nobody plays back the journal of a program that is at work, and it changes under our eyes.
+    static bool isBeingWritten(sqlite3_file &file)
+    {
+        int isReserved = 0;
+        return file.pMethods->xCheckReservedLock(&file, &isReserved) == SQLITE_OK && isReserved != 0;
     }
 
     // A journal whose writer was killed before it touched the file, or even the journal,

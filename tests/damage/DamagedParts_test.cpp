@@ -9,10 +9,12 @@
 #include "tests/damage/SampleSubjects.h"
 #include "tests/support/TestSubject.h"
 
+#include <SQLiteCpp/Database.h>
 #include <algorithm>
 #include <array>
 #include <gtest/gtest.h>
 #include <optional>
+#include <sqlite3.h>
 
 using Reason = StoreError::Reason;
 
@@ -255,6 +257,23 @@ TEST_P(DamagedJournal, NeitherCutsNorLengthensTheFile)
 INSTANTIATE_TEST_SUITE_P(Lengths, DamagedJournal,
                          testing::Values(std::string("\0\0\0\1", 4), std::string("\0\0\0\7", 4),
                                          std::string("\0\0\x7f\x01", 4), std::string("\x7f\xff\xff\xff", 4)));
+
+TEST(JournalInUse, IsNobodyElsesToJudge)
+{
+    const TestFolder folder;
+    const std::filesystem::path subject = folder.file("Subject.crl");
+    const std::filesystem::path journal = folder.file("Subject.crl-journal");
+    writeBytes(subject, sampleSubjects().front().bytes);
+    SQLite::Database other(subject.string(), SQLite::OPEN_READWRITE);
+    other.exec("BEGIN; UPDATE FlashCards SET Marked = 1");
+    ASSERT_EQ(sqlite3_db_cacheflush(other.getHandle()), SQLITE_OK);
+    const std::string inUse = bytesOf(journal);
+    writeBytes(journal, std::string(inUse).replace(16, 4, "\x7f\xff\xff\xff"));
+    EXPECT_EQ(reasonOf([&] { static_cast<void>(listTopics(subject)); }), Reason::Locked);
+    writeBytes(journal, inUse);
+    other.exec("COMMIT");
+    EXPECT_FALSE(listTopics(subject).empty());
+}
 
 /// One byte of the file's header, and what it makes of the file.
 struct HeaderByte
