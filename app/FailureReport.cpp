@@ -89,10 +89,9 @@ FailureReport describeFailure(const std::exception &failure)
         return {engineText, QStringLiteral("Error %1: help unavailable").arg(helpUnavailableNumber)};
     }
     if (dynamic_cast<const CardsGone *>(&failure) != nullptr) {
-        return {
-            QStringLiteral("Flash cards that you chose were deleted meanwhile, perhaps by another program, so there "
-                           "is nothing to begin with.\n\nChoose \"Study...\" again."),
-            QStringLiteral("Error %1: %2").arg(cardsGoneNumber).arg(engineText)};
+        return {QStringLiteral("Flash cards that you chose were deleted meanwhile, perhaps by another program, and too "
+                               "few are left.\n\nChoose \"Study...\" again."),
+                QStringLiteral("Error %1: %2").arg(cardsGoneNumber).arg(engineText)};
     }
     return {QStringLiteral("The command could not be carried out."),
             QStringLiteral("Error %1: %2").arg(unknownFailureNumber).arg(engineText)};
