@@ -1,11 +1,11 @@
 #include "platform/ClickSound.h"
 
 #include "platform/EventSoundSetting.h"
+#include "platform/SoundLibrary.h"
 
 #include <QFile>
 #include <QString>
 
-#include <canberra.h>
 #include <chrono>
 #include <condition_variable>
 #include <cstdint>
@@ -46,6 +46,7 @@ public:
 private:
     [[noreturn]] void run()
     {
+        m_library = SoundLibrary::load();
         m_context = newContext();
         for (;;) {
             const std::string file = nextFile();
@@ -58,24 +59,24 @@ private:
         const bool plays = m_context != nullptr && play(m_context, file);
         if (!plays && m_context != nullptr) {
             // A sound server may have gone and come back. One that was never there is not asked at each click.
-            ca_context_destroy(m_context);
+            m_library->contextDestroy(m_context);
             m_context = m_worked ? newContext() : nullptr;
         }
         m_worked = plays;
         return plays;
     }
 
-    static ca_context *newContext()
+    [[nodiscard]] ca_context *newContext() const
     {
         ca_context *context = nullptr;
-        if (ca_context_create(&context) != CA_SUCCESS) {
+        if (m_library == nullptr || m_library->contextCreate(&context) != CA_SUCCESS) {
             return nullptr;
         }
-        ca_context_change_props(context, CA_PROP_APPLICATION_NAME, "Cramlet", nullptr);
+        m_library->contextChangeProps(context, CA_PROP_APPLICATION_NAME, "Cramlet", nullptr);
         // Without a sound card, ALSA would fill stderr with its complaints.
         const bool chosen = std::getenv("CANBERRA_DRIVER") != nullptr;
         if (!chosen && !std::filesystem::exists("/dev/snd")) {
-            ca_context_set_driver(context, "pulse");
+            m_library->contextSetDriver(context, "pulse");
         }
         return context;
     }
@@ -83,16 +84,16 @@ private:
     bool play(ca_context *context, const std::string &file)
     {
         ca_proplist *properties = nullptr;
-        if (ca_proplist_create(&properties) != CA_SUCCESS) {
+        if (m_library->proplistCreate(&properties) != CA_SUCCESS) {
             return false;
         }
         // By its file alone: under an event's id, a desktop's sound theme or the server's memory may have another
         // sound.
-        ca_proplist_sets(properties, CA_PROP_MEDIA_FILENAME, file.c_str());
-        ca_proplist_sets(properties, CA_PROP_MEDIA_ROLE, "event");
-        ca_proplist_sets(properties, CA_PROP_EVENT_DESCRIPTION, "Click");
-        const int result = ca_context_play_full(context, 0, properties, &Clicker::finished, this);
-        ca_proplist_destroy(properties);
+        m_library->proplistSets(properties, CA_PROP_MEDIA_FILENAME, file.c_str());
+        m_library->proplistSets(properties, CA_PROP_MEDIA_ROLE, "event");
+        m_library->proplistSets(properties, CA_PROP_EVENT_DESCRIPTION, "Click");
+        const int result = m_library->contextPlayFull(context, 0, properties, &Clicker::finished, this);
+        m_library->proplistDestroy(properties);
         return result == CA_SUCCESS;
     }
 
@@ -127,6 +128,7 @@ private:
 
     // Of the sound's own thread alone.
     EventSoundSetting m_setting;
+    const SoundLibrary *m_library = nullptr;
     ca_context *m_context = nullptr;
     bool m_worked = false;
 

@@ -16,7 +16,7 @@ endif()
 
 execute_process(COMMAND dpkg-deb --field ${package} Depends OUTPUT_VARIABLE depends COMMAND_ERROR_IS_FATAL ANY)
 foreach(needed
-    libcanberra0      # linked by the program
+    libcanberra0      # loaded for the click
     libqt6widgets6
     libqt6help6       # linked by the help window only
     libqt6printsupport6
