@@ -5,10 +5,10 @@
 #include "forms/frmNotes/frmNotes.h"
 #include "forms/frmOpen/frmOpen.h"
 #include "platform/ClickSound.h"
+#include "platform/FirstPaint.h"
 
 #include <QApplication>
 #include <QIcon>
-#include <QTimer>
 
 #include <cstdlib>
 
@@ -32,12 +32,12 @@ int main(int argc, char **argv)
     const WorkDisplay workDisplay;
     Module1 module;
     const bool started = runGuarded(nullptr, [&] {
-        (new frmOpen(module, [&] { showMainWindow(module); }))->show(); // deletes itself when it closes
+        auto *chooser = new frmOpen(module, [&] { showMainWindow(module); }); // deletes itself when it closes
+        afterFirstPaint(*chooser, [] { QApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/cramlet.svg"))); });
+        chooser->show();
     });
     if (!started) {
         return EXIT_FAILURE;
     }
-    QTimer::singleShot(0, &application,
-                       [] { QApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/cramlet.svg"))); });
     return QApplication::exec();
 }
