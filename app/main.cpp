@@ -6,11 +6,13 @@
 #include "forms/frmOpen/frmOpen.h"
 #include "platform/ClickSound.h"
 #include "platform/FirstPaint.h"
+#include "platform/FontConfiguration.h"
 
 #include <QApplication>
 #include <QIcon>
 
 #include <cstdlib>
+#include <thread>
 
 namespace {
 
@@ -24,9 +26,13 @@ void showMainWindow(Module1 &module)
 
 int main(int argc, char **argv)
 {
+    std::jthread fonts = readFontConfiguration();
     QApplication::setApplicationName(QStringLiteral("Cramlet"));
     QApplication::setDesktopFileName(QStringLiteral("cramlet"));
     const QApplication application(argc, argv);
+    if (fonts.joinable()) {
+        fonts.join();
+    }
     setClickFile(programFolder() + QStringLiteral("/Click.wav"));
 
     const WorkDisplay workDisplay;
