@@ -42,6 +42,11 @@ void makeUnavailable(QImage &image)
     }
 }
 
+/// Qt shares the filling of a shape between threads if it is cut into 96 pieces or more, a line of a
+/// stroke being one or two. To start the threads takes longer than to draw a picture, whose shapes
+/// have not as many in a band of so many lines.
+constexpr int bandHeight = 8;
+
 QImage renderPicture(const PictureKey &key)
 {
     const QString path = QStringLiteral(":/icons/%1.svg").arg(key.name);
@@ -57,7 +62,10 @@ QImage renderPicture(const PictureKey &key)
     image.fill(Qt::transparent);
     QPainter painter(&image);
     renderer.setAspectRatioMode(Qt::KeepAspectRatio);
-    renderer.render(&painter, QRectF(image.rect()));
+    for (int top = 0; top < key.edge; top += bandHeight) {
+        painter.setClipRect(0, top, key.edge, bandHeight);
+        renderer.render(&painter, QRectF(image.rect()));
+    }
     painter.end();
     if (!key.enabled) {
         makeUnavailable(image);
