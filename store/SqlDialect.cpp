@@ -2,6 +2,7 @@
 
 #include "store/TableDefinition.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <stdexcept>
@@ -128,11 +129,67 @@ std::size_t starOfDelete(const Tokens &tokens, std::size_t start)
     return from < tokens.size() && tokens[from].isWord("FROM") ? star : 0;
 }
 
+bool isNumber(const Token &token)
+{
+    const auto isDigit = [](char c) { return c >= '0' && c <= '9'; };
+    return token.kind == TokenKind::Word && std::ranges::all_of(token.text, isDigit);
+}
+
+/// "column = number OR column = number ...", of one column.
+struct ValueChain
+{
+    std::vector<std::string_view> numbers;
+    std::size_t end = 0; ///< the index of the token after the last number
+};
+
+// Adds the comparison with \p column that begins at \p start, if there is one.
+bool addComparison(const Tokens &tokens, std::size_t start, std::string_view column, ValueChain &chain)
+{
+    const std::size_t name = skipBlanks(tokens, start);
+    const std::size_t equals = skipBlanks(tokens, name + 1);
+    const std::size_t number = skipBlanks(tokens, equals + 1);
+    if (number >= tokens.size() || !tokens[name].isWord(column) || !tokens[equals].isSymbol('=') ||
+        !isNumber(tokens[number])) {
+        return false;
+    }
+    chain.numbers.push_back(tokens[number].text);
+    chain.end = number + 1;
+    return true;
+}
+
+// The chain of two and more that begins at the word at \p start, right behind a WHERE. What binds closer
+// than OR would take its last comparison away from it: then it is none.
+ValueChain chainAt(const Tokens &tokens, std::size_t start)
+{
+    const std::string_view column = tokens[start].text;
+    ValueChain chain;
+    if (!addComparison(tokens, start, column, chain)) {
+        return {};
+    }
+    const auto next = [&] { return skipBlanks(tokens, chain.end); };
+    const auto isNext = [&](std::string_view word) { return next() < tokens.size() && tokens[next()].isWord(word); };
+    while (isNext("OR") && addComparison(tokens, next() + 1, column, chain)) {
+        ;
+    }
+    const bool endsHere = next() == tokens.size() || tokens[next()].isSymbol(';') || isNext("OR") || isNext("ORDER");
+    return endsHere && chain.numbers.size() > 1 ? chain : ValueChain{};
+}
+
+std::string listOf(const std::vector<std::string_view> &numbers)
+{
+    std::string list;
+    for (const std::string_view number : numbers) {
+        list.append(list.empty() ? "(" : ", ").append(number);
+    }
+    return list + ")";
+}
+
 std::string translate(const Tokens &tokens, std::size_t start)
 {
     std::string sql;
     std::size_t star = 0;
     bool afterDot = false;
+    bool afterWhere = false;
     for (std::size_t at = start; at < tokens.size(); ++at) {
         const Token &token = tokens[at];
         if (const std::size_t found = starOfDelete(tokens, at)) {
@@ -155,6 +212,14 @@ std::string translate(const Tokens &tokens, std::size_t start)
             sql += token.text;
         }
         afterDot = token.isSymbol('.');
+
+        if (afterWhere) {
+            if (const ValueChain chain = chainAt(tokens, at); !chain.numbers.empty()) {
+                sql += " IN " + listOf(chain.numbers);
+                at = chain.end - 1;
+            }
+        }
+        afterWhere = token.isWord("WHERE") || (afterWhere && token.kind == TokenKind::Blank);
     }
     return sql;
 }

@@ -5,6 +5,9 @@
 
 // The catalogue's dialect and the engine's differ in three points: "DELETE *
 // FROM" deletes rows, Yes and No are the two flags, and Index is a column name.
+// Besides, a chain "Where NIndex = 1 OR NIndex = 2 ..." becomes "Where NIndex IN
+// (1, 2, ...)": the engine would compare every row with each number in turn, and
+// refuses a chain of a thousand.
 // The translation works on tokens, so that string literals, quoted names and
 // longer words are never touched. Letter case does not count.
 

@@ -5,6 +5,8 @@
 
 #include <array>
 #include <gtest/gtest.h>
+#include <numeric>
+#include <vector>
 
 namespace {
 
@@ -133,6 +135,14 @@ TEST_F(StudyWizard, AddsTheMarkedCardsOfEveryTopic)
     addCards(subject, small, 2, true);
     EXPECT_EQ(confirm({.topics = {large}, .withMarked = true, .questionCount = 50}), std::nullopt);
     EXPECT_EQ(settings.questionCount, 14);
+}
+
+TEST_F(StudyWizard, TakesThousandsOfTopics)
+{
+    std::vector<int> topics(5'000);
+    std::iota(topics.begin(), topics.end(), small);
+    EXPECT_EQ(confirm({.style = StudyStyle::Test, .topics = topics, .withMarked = true}), std::nullopt);
+    EXPECT_EQ(settings.questionCount, 16);
 }
 
 TEST_F(StudyWizard, ClosesItsQueryWithoutASemicolon)
