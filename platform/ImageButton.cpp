@@ -1,6 +1,7 @@
 #include "platform/ImageButton.h"
 
 #include "platform/DevicePixels.h"
+#include "platform/DrawingBands.h"
 
 #include <QFile>
 #include <QHash>
@@ -42,11 +43,6 @@ void makeUnavailable(QImage &image)
     }
 }
 
-/// Qt shares the filling of a shape between threads if it is cut into 96 pieces or more, a line of a
-/// stroke being one or two. To start the threads takes longer than to draw a picture, whose shapes
-/// have not as many in a band of so many lines.
-constexpr int bandHeight = 8;
-
 QImage renderPicture(const PictureKey &key)
 {
     const QString path = QStringLiteral(":/icons/%1.svg").arg(key.name);
@@ -62,10 +58,7 @@ QImage renderPicture(const PictureKey &key)
     image.fill(Qt::transparent);
     QPainter painter(&image);
     renderer.setAspectRatioMode(Qt::KeepAspectRatio);
-    for (int top = 0; top < key.edge; top += bandHeight) {
-        painter.setClipRect(0, top, key.edge, bandHeight);
-        renderer.render(&painter, QRectF(image.rect()));
-    }
+    drawInBands(painter, image.height(), [&] { renderer.render(&painter, QRectF(image.rect())); });
     painter.end();
     if (!key.enabled) {
         makeUnavailable(image);

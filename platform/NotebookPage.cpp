@@ -1,6 +1,7 @@
 #include "platform/NotebookPage.h"
 
 #include "platform/DevicePixels.h"
+#include "platform/DrawingBands.h"
 #include "platform/PaperPalette.h"
 #include "platform/Twips.h"
 
@@ -60,16 +61,9 @@ private:
     QSizeF m_size;  ///< in pixels
 };
 
-/// Paints a punched hole. Smooth round things take long: each scale gets one image for all holes.
-QImage paintRingHole(double size, double scale)
+void drawRingHole(QPainter &painter, const QRectF &hole)
 {
-    const int edge = qCeil((size + 2) * scale); // the light falls beside it
-    QImage image(edge, edge, QImage::Format_ARGB32_Premultiplied);
-    image.fill(Qt::transparent);
-    QPainter painter(&image);
-    painter.scale(scale, scale);
     painter.setRenderHint(QPainter::Antialiasing);
-    const QRectF hole(0.5, 0.5, size - 1, size - 1);
 
     // The paper's edge catches the light from above on the far side.
     painter.setPen(QPen(QColor(255, 255, 255, 110), 1.5));
@@ -89,6 +83,17 @@ QImage paintRingHole(double size, double scale)
     painter.setBrush(shadow);
     painter.setPen(QPen(Qt::black, 1));
     painter.drawEllipse(hole);
+}
+
+/// A punched hole. Smooth round things take long: each scale gets one image for all holes.
+QImage imageOfRingHole(double size, double scale)
+{
+    const int edge = qCeil((size + 2) * scale); // the light falls beside it
+    QImage image(edge, edge, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    painter.scale(scale, scale);
+    drawInBands(painter, edge, [&] { drawRingHole(painter, QRectF(0.5, 0.5, size - 1, size - 1)); });
     return image;
 }
 
@@ -99,7 +104,7 @@ void PagePainter::ringHole(const QRectF &twips)
     const double scale = m_painter.deviceTransform().m11();
     QImage &image = images[qRound(place.width() * scale)];
     if (image.isNull()) {
-        image = paintRingHole(place.width(), scale);
+        image = imageOfRingHole(place.width(), scale);
     }
     const QRectF area(place.topLeft(), QSizeF(image.size()) / scale);
     m_painter.drawImage(onDevicePixels(m_painter, area), image);

@@ -7,6 +7,7 @@
 #include <QPainterPath>
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 namespace {
@@ -14,11 +15,35 @@ namespace {
 constexpr qreal cornerRadius = 8;
 constexpr int focusLine = 2; // hairlines
 
+/// Lines of what is seen through: from 96 device pixels on, Qt would wake threads for it, which takes longer.
+constexpr double pieceHeight = 32;
+
+/// Of an \p area on device pixels, for which nothing has to be smooth.
+void fillSquare(QPainter &painter, const QRectF &area, const QBrush &brush)
+{
+    painter.setRenderHint(QPainter::Antialiasing, false);
+    painter.fillRect(area, brush);
+    painter.setRenderHint(QPainter::Antialiasing);
+}
+
 void fillRounded(QPainter &painter, const QRectF &area, qreal radius, const QBrush &brush)
 {
     QPainterPath path;
     path.addRoundedRect(area, radius, radius);
     painter.fillPath(path, brush);
+}
+
+/// The same with an \p area on device pixels, of which only the ends are smooth shapes: those take the longer
+/// the higher they are.
+void fillSheet(QPainter &painter, const QRectF &area, qreal radius, const QBrush &brush)
+{
+    const double end = std::ceil(radius);
+    for (const double top : {area.top(), area.bottom() - end}) {
+        painter.setClipRect(QRectF(area.left(), top, area.width(), end));
+        fillRounded(painter, area, radius, brush);
+    }
+    painter.setClipping(false);
+    fillSquare(painter, area.adjusted(0, end, 0, -end), brush);
 }
 
 /// Draws what is seen of the shadow of \p paper, whose corners have \p radius. A
@@ -39,8 +64,10 @@ void drawShadow(QPainter &painter, const QRectF &paper, qreal radius)
     }
     painter.setClipping(false);
     for (int depth = PaperSheet::shadowDepth; depth > 0; --depth) {
-        const QRectF side(paper.right(), cornerHalf.bottom(), depth / 2.0, belowHalf.top() - cornerHalf.bottom());
-        painter.fillRect(onDevicePixels(painter, side), colorOf(depth));
+        for (double top = cornerHalf.bottom(); top < belowHalf.top(); top += pieceHeight) {
+            const QRectF piece(paper.right(), top, depth / 2.0, std::min(pieceHeight, belowHalf.top() - top));
+            fillSquare(painter, onDevicePixels(painter, piece), colorOf(depth));
+        }
     }
 }
 
@@ -83,8 +110,8 @@ void PaperSheet::paintEvent(QPaintEvent * /*event*/)
     const bool isCard = m_shape == Shape::IndexCard;
     const qreal radius = isCard ? cornerRadius : 0;
     drawShadow(painter, sheet, radius);
-    fillRounded(painter, sheet, radius, m_showsFocus ? palette().highlight() : palette().dark());
+    fillSheet(painter, sheet, radius, m_showsFocus ? palette().highlight() : palette().dark());
     const bool hasLineAbove = isCard || m_showsFocus; // the tabs draw the one under them
     const QRectF withinBorder = sheet.adjusted(line, hasLineAbove ? line : 0, -line, -line);
-    fillRounded(painter, withinBorder, std::max(0.0, radius - line), palette().base());
+    fillSheet(painter, withinBorder, std::max(0.0, radius - line), palette().base());
 }
