@@ -41,8 +41,10 @@ QString escaped(QString caption)
 
 TabStrip::TabStrip(QWidget *parent)
     : QTabBar(parent)
+    , m_bold(font())
 {
     setFont(notebookFont(10));
+    m_bold = boldMetrics();
     setDrawBase(false);
     setExpanding(false);
     setElideMode(Qt::ElideNone);
@@ -108,6 +110,15 @@ int TabStrip::positionOf(const QString &key) const
     return -1;
 }
 
+void TabStrip::changeEvent(QEvent *event)
+{
+    if (event->type() == QEvent::FontChange) {
+        m_bold = boldMetrics();
+        m_boldWidths.clear();
+    }
+    QTabBar::changeEvent(event);
+}
+
 void TabStrip::mousePressEvent(QMouseEvent *event)
 {
     const bool again = event->button() == Qt::LeftButton && currentIndex() >= 0 &&
@@ -131,13 +142,21 @@ void TabStrip::wheelEvent(QWheelEvent *event)
     event->accept();
 }
 
-QSize TabStrip::tabSizeHint(int position) const
+QFontMetrics TabStrip::boldMetrics() const
 {
     QFont bold = font();
     bold.setBold(true);
-    const QFontMetrics metrics(bold);
-    return {std::min(metrics.horizontalAdvance(keyedCaption(position)), widestCaption) + 2 * sidePadding,
-            metrics.height() + topPadding + bottomPadding + rise};
+    return QFontMetrics(bold);
+}
+
+QSize TabStrip::tabSizeHint(int position) const
+{
+    const QString caption = keyedCaption(position);
+    auto width = m_boldWidths.constFind(caption);
+    if (width == m_boldWidths.constEnd()) {
+        width = m_boldWidths.insert(caption, m_bold.horizontalAdvance(caption));
+    }
+    return {std::min(*width, widestCaption) + 2 * sidePadding, m_bold.height() + topPadding + bottomPadding + rise};
 }
 
 QSize TabStrip::minimumTabSizeHint(int position) const

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QFontMetrics>
+#include <QHash>
 #include <QTabBar>
 
 class QPainter;
@@ -31,6 +33,7 @@ Q_SIGNALS:
     void chosen();
 
 protected:
+    void changeEvent(QEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
     void wheelEvent(QWheelEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
@@ -39,6 +42,11 @@ protected:
 
 private:
     void paintTab(QPainter &painter, int position) const;
+    [[nodiscard]] QFontMetrics boldMetrics() const;
+
+    // The strip asks for the size of every tab whenever one is added.
+    QFontMetrics m_bold;
+    mutable QHash<QString, int> m_boldWidths; ///< of captions, in m_bold
 
     bool m_quiet = false; ///< while tabs are added and removed
 };
