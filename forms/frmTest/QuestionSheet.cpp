@@ -54,6 +54,16 @@ void QuestionSheet::setChoiceVisible(std::size_t choice, bool visible)
     }
 }
 
+void QuestionSheet::makeRoom()
+{
+    for (std::size_t box = 0; box < m_cards.size(); ++box) {
+        if (!m_cards.at(box)->isHidden()) {
+            m_boxes.at(box)->setCentered({}); // in a tall card it would be work for nothing
+            m_cards.at(box)->resize(width(), tall);
+        }
+    }
+}
+
 /// What the card of \p box needs; the card is as wide as it will be, and tall.
 int QuestionSheet::heightToShowAll(std::size_t box) const
 {
@@ -73,12 +83,12 @@ void QuestionSheet::arrange()
         caption->setMinimumWidth(captionWidth); // so that the choices begin in one line
     }
 
+    makeRoom();
     const int gap = toPixels(60);
     std::vector<std::size_t> seen;
     std::vector<HeightWish> wishes;
     for (std::size_t box = 0; box < m_cards.size(); ++box) {
         if (!m_cards.at(box)->isHidden()) {
-            m_cards.at(box)->resize(width(), tall);
             seen.push_back(box);
             wishes.push_back({heightToShowAll(box) + gap, box == 0 ? questionWeight : choiceWeight});
         }
@@ -87,6 +97,7 @@ void QuestionSheet::arrange()
     const std::vector<int> heights = shareHeight(height() + gap, wishes);
     for (std::size_t i = 0; i < seen.size(); ++i) {
         m_cards.at(seen[i])->setGeometry(0, top, width(), heights[i] - gap);
+        m_boxes.at(seen[i])->setCentered(seen[i] == 0 ? Qt::Horizontal | Qt::Vertical : Qt::Orientations(Qt::Vertical));
         top += heights[i];
     }
 }

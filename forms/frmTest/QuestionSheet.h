@@ -19,8 +19,11 @@ public:
     /// Shows or hides a choice, from 0, with its caption.
     void setChoiceVisible(std::size_t choice, bool visible);
 
-    /// Places the cards, that of a long text higher than that of a short one. To be called when the
-    /// texts have changed, or which of them are seen.
+    /// Makes the cards so high that no text needs a scroll bar. To be called before the texts change, and
+    /// arrange() after it: each text is then laid out at its own width from the start.
+    void makeRoom();
+    /// Places the cards, that of a long text higher than that of a short one, and centers the texts. To be
+    /// called when the texts have changed, or which of them are seen.
     void arrange();
 
 protected:

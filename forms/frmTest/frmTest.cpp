@@ -99,7 +99,6 @@ frmTest::frmTest(Module1 &module)
     for (RichTextBox *box : RichTextBox1) {
         box->setLocked(true);
         box->setLeastTextSize(readablePoints);
-        box->setCentered(box == RichTextBox1.front() ? Qt::Horizontal | Qt::Vertical : Qt::Orientations(Qt::Vertical));
         box->setFocusPolicy(Qt::NoFocus);
     }
     setFaces(Image1, faces);
@@ -267,10 +266,13 @@ void frmTest::ShowQuestion()
     const bool isStatement = shown.type == QuestionType::TrueOrFalse;
     Label1[Type]->setText(isStatement ? QStringLiteral("True or False (A=True, B=False)")
                                       : QStringLiteral("Multiple Choice"));
+    for (std::size_t choice = 0; choice < choiceCount; ++choice) {
+        m_sheet->setChoiceVisible(choice, shown.isShown.at(choice));
+    }
+    m_sheet->makeRoom();
     RichTextBox1.front()->setRtf(shown.text);
     for (std::size_t choice = 0; choice < choiceCount; ++choice) {
         RichTextBox1.at(choice + 1)->setRtf(shown.choices.at(choice));
-        m_sheet->setChoiceVisible(choice, shown.isShown.at(choice));
     }
     m_sheet->arrange();
     tellQuestion();
