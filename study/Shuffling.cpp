@@ -4,7 +4,13 @@
 #include "store/Statements.h"
 #include "store/StoreError.h"
 #include "store/WorkSignal.h"
+#include "study/FileOrder.h"
 #include "study/KeptPosition.h"
+
+#include <algorithm>
+#include <functional>
+#include <ranges>
+#include <vector>
 
 namespace {
 
@@ -25,8 +31,12 @@ void writeKey(CardSet &cards, float key)
 
 void drawSortKeys(CardSet &cards, const RandomDraw &draw, WorkPass &work)
 {
-    for (; !cards.isBeginOfSet(); cards.movePrevious()) {
-        writeKey(cards, draw());
+    std::vector<float> keys(static_cast<std::size_t>(cards.recordCount()));
+    std::ranges::generate(keys.rbegin(), keys.rend(), std::cref(draw));
+    const std::vector<int> positions = positionsInFile(cards);
+    for (const int position : std::views::reverse(positions)) { // a first shuffle writes the cards as it draws
+        cards.setAbsolutePosition(position);
+        writeKey(cards, keys[static_cast<std::size_t>(position)]);
         work.step();
     }
 }

@@ -7,9 +7,8 @@
 #include <optional>
 #include <string_view>
 
-/// Gives every card of \p cards, from the current one back to the first, the next number that
-/// \p draw gives as its sort key. Leaves the set before its first card. A card that was
-/// deleted meanwhile is passed over. Each card is a step of \p work.
+/// Gives every card of \p cards a number that \p draw gives as its sort key, drawn from the last card to
+/// the first. A card that was deleted meanwhile is passed over. Each card is a step of \p work.
 void drawSortKeys(CardSet &cards, const RandomDraw &draw, WorkPass &work);
 
 /// Gives every card of \p cards a new sort key, and returns the cards that \p cardQuery

@@ -2,32 +2,12 @@
 
 #include "store/Statements.h"
 #include "study/CardSelection.h"
+#include "study/FileOrder.h"
 #include "study/KeptPosition.h"
 #include "study/Shuffling.h"
 #include "study/TestQuestion.h"
 
-#include <algorithm>
-#include <numeric>
 #include <vector>
-
-namespace {
-
-/// The positions of \p cards in the order in which the rows lie in the file, in which they are
-/// written several times faster than in a random one.
-std::vector<int> positionsInFile(CardSet &cards)
-{
-    std::vector<CardSet::Bookmark> rows;
-    rows.reserve(static_cast<std::size_t>(cards.recordCount()));
-    for (cards.moveFirst(); !cards.isEndOfSet(); cards.moveNext()) {
-        rows.push_back(cards.bookmark());
-    }
-    std::vector<int> positions(rows.size());
-    std::iota(positions.begin(), positions.end(), 0);
-    std::ranges::sort(positions, {}, [&](int position) { return rows[static_cast<std::size_t>(position)]; });
-    return positions;
-}
-
-} // namespace
 
 CardSet generateTest(SubjectStore &store, CardSet &cards, std::string_view cardQuery, int multipleChoicePercent,
                      const RandomDraw &draw)
@@ -36,7 +16,6 @@ CardSet generateTest(SubjectStore &store, CardSet &cards, std::string_view cardQ
     WorkPass work("Making the test...", 2 * cards.recordCount()); // a key and a question for each card
     {
         const KeptPosition kept(cards);
-        cards.moveLast();
         drawSortKeys(cards, draw, work);
     }
     CardSet shuffled = store.openRecordSet(cardsShuffled(cardQuery));
