@@ -9,7 +9,6 @@
 
 #include <algorithm>
 #include <functional>
-#include <ranges>
 #include <vector>
 
 namespace {
@@ -33,8 +32,11 @@ void drawSortKeys(CardSet &cards, const RandomDraw &draw, WorkPass &work)
 {
     std::vector<float> keys(static_cast<std::size_t>(cards.recordCount()));
     std::ranges::generate(keys.rbegin(), keys.rend(), std::cref(draw));
-    const std::vector<int> positions = positionsInFile(cards);
-    for (const int position : std::views::reverse(positions)) { // a first shuffle writes the cards as it draws
+    std::vector<int> positions = positionsInFile(cards);
+    if (std::ranges::is_sorted(positions)) {
+        std::ranges::reverse(positions); // as they are drawn: that is an order of the file too
+    }
+    for (const int position : positions) {
         cards.setAbsolutePosition(position);
         writeKey(cards, keys[static_cast<std::size_t>(position)]);
         work.step();
