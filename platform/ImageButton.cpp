@@ -43,9 +43,9 @@ void makeUnavailable(QImage &image)
     }
 }
 
-QImage renderPicture(const PictureKey &key)
+QImage drawPicture(const QString &name, int edge)
 {
-    const QString path = QStringLiteral(":/icons/%1.svg").arg(key.name);
+    const QString path = QStringLiteral(":/icons/%1.svg").arg(name);
     if (!QFile::exists(path)) {
         return {};
     }
@@ -54,12 +54,24 @@ QImage renderPicture(const PictureKey &key)
         return {};
     }
 
-    QImage image(key.edge, key.edge, QImage::Format_ARGB32_Premultiplied);
+    QImage image(edge, edge, QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::transparent);
     QPainter painter(&image);
     renderer.setAspectRatioMode(Qt::KeepAspectRatio);
-    drawInBands(painter, image.height(), [&] { renderer.render(&painter, QRectF(image.rect())); });
-    painter.end();
+    drawInBands(painter, edge, [&] { renderer.render(&painter, QRectF(image.rect())); });
+    return image;
+}
+
+/// Null if there is no such picture. To read one that was drawn before takes a fraction of drawing it.
+QImage makePicture(const PictureKey &key)
+{
+    QImage image(QStringLiteral(":/pictures/%1/%2.png").arg(key.edge).arg(key.name));
+    if (image.isNull()) {
+        image = drawPicture(key.name, key.edge);
+    }
+    if (!image.isNull()) {
+        image.convertTo(QImage::Format_ARGB32_Premultiplied);
+    }
     if (!key.enabled) {
         makeUnavailable(image);
     }
@@ -70,7 +82,7 @@ const QImage &pictureFor(const PictureKey &key)
 {
     static QHash<PictureKey, QImage> pictures;
     const auto found = pictures.constFind(key);
-    return *(found != pictures.constEnd() ? found : pictures.insert(key, renderPicture(key)));
+    return *(found != pictures.constEnd() ? found : pictures.insert(key, makePicture(key)));
 }
 
 /// The line lies within \p area.
