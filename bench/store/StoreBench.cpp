@@ -1,59 +1,38 @@
 // Times the store's operations in pairs with the same statements through the
-// engine's C API, prepared once. Both sides of a pair run in turn, so that a
-// busy machine slows both; the table shows medians.
+// engine's C API, prepared once. The sizes are the arguments, if there are any.
+// Exits with 1 if a bound is broken.
 
+#include "bench/store/MemoryBench.h"
+#include "bench/store/SetBench.h"
+#include "bench/store/StorePairs.h"
+#include "bench/store/TopicBench.h"
 #include "bench/support/BareEngine.h"
 #include "bench/support/LargeSubject.h"
-#include "bench/support/Measure.h"
-#include "store/Schema.h"
-#include "store/Statements.h"
 #include "store/SubjectStore.h"
 
 #include <algorithm>
-#include <array>
-#include <chrono>
-#include <cstdio>
 #include <cstdlib>
+#include <fcntl.h>
 #include <filesystem>
-#include <functional>
-#include <random>
-#include <sqlite3.h>
 #include <string>
+#include <unistd.h>
 #include <vector>
 
 namespace fs = std::filesystem;
 
 namespace {
 
-constexpr int rounds = 11;
-constexpr double shortestSample = 20'000; // us
-constexpr int autoCommits = 50;
+constexpr int fewestCards = 100;
+constexpr double memoryOfSet = 4; // MiB, over largestBoundSize cards
 
-/// \p operations is how many of the thing one call does.
-void comparePair(const char *thing, int operations, const Action &store, const Action &bare)
+/// With commas between the thousands.
+std::string readable(int number)
 {
-    store();
-    const int repeats = std::clamp(static_cast<int>(shortestSample / microseconds(bare)), 1, 1000);
-    const auto sample = [&](const Action &action) {
-        return microseconds([&] {
-            for (int i = 0; i < repeats; ++i) {
-                action();
-            }
-        });
-    };
-    std::vector<double> ofStore;
-    std::vector<double> ofBare;
-    for (int round = 0; round < rounds; ++round) {
-        const bool storeFirst = round % 2 == 0;
-        const double first = sample(storeFirst ? store : bare);
-        const double second = sample(storeFirst ? bare : store);
-        ofStore.push_back(storeFirst ? first : second);
-        ofBare.push_back(storeFirst ? second : first);
+    std::string digits = std::to_string(number);
+    for (auto place = static_cast<int>(digits.size()) - 3; place > 0; place -= 3) {
+        digits.insert(static_cast<std::size_t>(place), 1, ',');
     }
-    const double storeTime = median(ofStore) / repeats / operations;
-    const double bareTime = median(ofBare) / repeats / operations;
-    std::printf("| %-42s | %11.2f | %11.2f | %5.2f |\n", thing, storeTime, bareTime, storeTime / bareTime);
-    std::fflush(stdout);
+    return digits;
 }
 
 void createBare(const fs::path &path)
@@ -72,212 +51,60 @@ void createBare(const fs::path &path)
         "COMMIT");
 }
 
-void stepOnce(sqlite3_stmt *statement)
+bool benchCreation(const fs::path &folder)
 {
-    require(sqlite3_step(statement) == SQLITE_DONE, "a write failed");
-    sqlite3_reset(statement);
+    PairTable table("store, new files", "us");
+    const auto timeOurs = [&] { return microseconds([&] { SubjectStore::create(folder / "Made.crl"); }); };
+    const auto timeBare = [&] { return microseconds([&] { createBare(folder / "MadeBare.crl"); }); };
+    table.row({"create a subject", "the same tables"}, inTurn(101, timeOurs, timeBare), timesFloor(storeBesideBare));
+    openBare(folder / "Made.crl");
+    openBare(folder / "MadeBare.crl");
+    return table.everyBoundHolds();
 }
 
-/// Reads rows by key and takes the front of each.
-class BareReader
+/// What of a new file is still on its way to the disk would disturb the first rows.
+void waitForDisk(const fs::path &path)
 {
-public:
-    explicit BareReader(sqlite3 *engine)
-        : m_select(engine,
-                   "SELECT \"Index\", NIndex, Front, Back, Marked, Shuffle, isTrueFalse, isFront, Answer, Wrong1, "
-                   "Wrong2 FROM FlashCards WHERE rowid = ?")
-    {
+    const int file = ::open(path.c_str(), O_RDONLY);
+    require(file >= 0 && ::fsync(file) == 0, "cannot write a file");
+    ::close(file);
+}
+
+/// Makes the same subject twice: neither side spoils the engine's page cache for the other. Both are copies,
+/// because the system reads a file that was written in one go faster than one that grew page by page.
+void makeTwins(const fs::path &path, const fs::path &barePath, int cards)
+{
+    const fs::path grown = path.parent_path() / "Grown.crl";
+    makeLargeSubject(grown, cards);
+    addTopics(grown);
+    for (const fs::path &twin : {path, barePath}) {
+        fs::copy_file(grown, twin, fs::copy_options::overwrite_existing);
+        waitForDisk(twin);
     }
-
-    std::string front(int key)
-    {
-        sqlite3_bind_int(m_select, 1, key);
-        require(sqlite3_step(m_select) == SQLITE_ROW, "a row is missing");
-        const char *text = static_cast<const char *>(sqlite3_column_blob(m_select, CardField::Front));
-        std::string front(text, static_cast<std::size_t>(sqlite3_column_bytes(m_select, CardField::Front)));
-        sqlite3_reset(m_select);
-        return front;
-    }
-
-private:
-    BareStatement m_select;
-};
-
-void benchFiles(const fs::path &path)
-{
-    const fs::path made = path.parent_path() / "Made.crl";
-    comparePair(
-        "create (us)", 1, [&] { SubjectStore::create(made); }, [&] { createBare(made); });
-    comparePair(
-        "open and close (us)", 1, [&] { SubjectStore store(path); }, [&] { openBare(path); });
+    fs::remove(grown);
 }
 
-void benchSelections(SubjectStore &store, sqlite3 *engine, int cards)
+bool benchSize(StoreGrowth &growth, const fs::path &path, const fs::path &barePath, int cards)
 {
-    const std::string query = cardQuery(std::array{1});
-    BareStatement count(engine, "SELECT count(*) FROM FlashCards WHERE NIndex = 1");
-    BareStatement natural(engine, "SELECT rowid FROM FlashCards WHERE NIndex = 1");
-    BareStatement inOrder(engine, "SELECT rowid FROM FlashCards WHERE NIndex = 1 ORDER BY \"Index\" ASC");
-    BareStatement shuffled(engine, "SELECT rowid FROM FlashCards WHERE NIndex = 1 ORDER BY Shuffle ASC");
-    const auto openSet = [&](const std::string &statement) {
-        require(store.openRecordSet(statement).recordCount() == cards, "cards are missing");
-    };
-    const auto scan = [&](sqlite3_stmt *select) {
-        require(keysOf(select).size() == static_cast<std::size_t>(cards), "cards are missing");
-    };
-    comparePair(
-        "count a topic's cards (us)", 1, [&] { openSet(cardsOfTopic(1)); },
-        [&] {
-            int rows = 0;
-            while (sqlite3_step(natural) == SQLITE_ROW) {
-                ++rows;
-            }
-            sqlite3_reset(natural);
-            require(rows == cards, "cards are missing");
-        });
-    comparePair(
-        "the same beside the engine's count(*) (us)", 1, [&] { openSet(cardsOfTopic(1)); },
-        [&] {
-            require(sqlite3_step(count) == SQLITE_ROW && sqlite3_column_int(count, 0) == cards, "cards are missing");
-            sqlite3_reset(count);
-        });
-    comparePair(
-        "open a set in order (us)", 1, [&] { openSet(cardsInOrder(query)); }, [&] { scan(inOrder); });
-    comparePair(
-        "open a set in shuffled order (us)", 1, [&] { openSet(cardsShuffled(query)); }, [&] { scan(shuffled); });
+    PairTable table("store, " + readable(cards) + " cards", "us");
+    StorePairs pairs(table, growth, cards);
+    benchSets(pairs, path, barePath);
+    benchTopics(pairs, path, barePath);
+
+    PairTable memory("store, " + readable(cards) + " cards, heap", "MiB");
+    benchMemory(memory, path, cards, cards <= largestBoundSize ? atMost(memoryOfSet) : Bound{});
+    return table.everyBoundHolds() && memory.everyBoundHolds();
 }
 
-void benchReading(RecordSet &set, sqlite3 *engine, const std::vector<int> &keys, int cards)
+bool tell(const StoreGrowth &growth)
 {
-    BareReader reader(engine);
-    comparePair(
-        "walk: next row and its front (us/row)", cards,
-        [&] {
-            for (set.moveFirst(); !set.isEndOfSet(); set.moveNext()) {
-                require(set.text(CardField::Front).size() == bytesPerSide, "a text is missing");
-            }
-        },
-        [&] {
-            for (const int key : keys) {
-                require(reader.front(key).size() == bytesPerSide, "a text is missing");
-            }
-        });
-
-    std::vector<int> positions(1000);
-    std::mt19937 random(2);
-    std::ranges::generate(positions, [&] { return std::uniform_int_distribution(0, cards - 1)(random); });
-    comparePair(
-        "one row by position and its front (us)", 1000,
-        [&] {
-            for (const int position : positions) {
-                set.setAbsolutePosition(position);
-                require(set.text(CardField::Front).size() == bytesPerSide, "a text is missing");
-            }
-        },
-        [&] {
-            for (const int position : positions) {
-                require(reader.front(keys[static_cast<std::size_t>(position)]).size() == bytesPerSide,
-                        "a text is missing");
-            }
-        });
-}
-
-void benchWriting(SubjectStore &store, RecordSet &set, BareEngine &engine, const std::vector<int> &keys, int cards)
-{
-    BareStatement update(engine, "UPDATE FlashCards SET Shuffle = ? WHERE rowid = ?");
-    float value = 0;
-    const auto next = [&] { return value = value < 1 ? value + 0.001F : 0; };
-    const auto writeStore = [&](int rows) {
-        set.moveFirst();
-        for (int row = 0; row < rows; ++row, set.moveNext()) {
-            set.edit();
-            set.setSingle(CardField::Shuffle, next());
-            set.update();
-        }
-    };
-    const auto writeBare = [&](int rows) {
-        for (int row = 0; row < rows; ++row) {
-            sqlite3_bind_double(update, 1, static_cast<double>(next()));
-            sqlite3_bind_int(update, 2, keys[static_cast<std::size_t>(row)]);
-            stepOnce(update);
-            require(sqlite3_changes(engine) == 1, "a row is missing");
-        }
-    };
-    comparePair(
-        "edit and update, one transaction (us/row)", cards,
-        [&] {
-            Transaction transaction(store);
-            writeStore(cards);
-            transaction.commit();
-        },
-        [&] {
-            engine.run("BEGIN IMMEDIATE");
-            writeBare(cards);
-            engine.run("COMMIT");
-        });
-    comparePair(
-        "edit and update, each by itself (us/row)", autoCommits, [&] { writeStore(autoCommits); },
-        [&] { writeBare(autoCommits); });
-}
-
-void benchAdding(SubjectStore &store, RecordSet &set, BareEngine &engine)
-{
-    constexpr int rows = 1000;
-    const std::string side(bytesPerSide, 'x');
-    BareStatement insert(engine, "INSERT INTO FlashCards (NIndex, Front, Back) VALUES (?, ?, ?)");
-    BareStatement remove(engine, "DELETE FROM FlashCards WHERE rowid = ?");
-    comparePair(
-        "add and remove a row, one transaction (us)", rows,
-        [&] {
-            Transaction transaction(store);
-            for (int row = 0; row < rows; ++row) {
-                set.addNew();
-                set.setNumber(CardField::NIndex, 2);
-                set.setText(CardField::Front, side);
-                set.setText(CardField::Back, side);
-                set.update();
-                set.setBookmark(set.lastModified());
-                set.remove();
-            }
-            transaction.commit();
-        },
-        [&] {
-            engine.run("BEGIN IMMEDIATE");
-            for (int row = 0; row < rows; ++row) {
-                sqlite3_bind_int(insert, 1, 2);
-                sqlite3_bind_text(insert, 2, side.data(), bytesPerSide, SQLITE_STATIC);
-                sqlite3_bind_text(insert, 3, side.data(), bytesPerSide, SQLITE_STATIC);
-                stepOnce(insert);
-                sqlite3_bind_int64(remove, 1, sqlite3_last_insert_rowid(engine));
-                stepOnce(remove);
-            }
-            engine.run("COMMIT");
-        });
-}
-
-void bench(const fs::path &folder, int cards)
-{
-    const fs::path path = folder / "Subject.crl";
-    const fs::path barePath = folder / "Bare.crl"; // of its own, so that neither side spoils the other's page cache
-    makeLargeSubject(path, cards);
-    fs::copy_file(path, barePath, fs::copy_options::overwrite_existing);
-
-    std::printf("| %-42s | %11s | %11s | %5s |\n", (std::to_string(cards) + " cards").c_str(), "store", "bare",
-                "ratio");
-    std::printf("|%s|%s:|%s:|%s:|\n", std::string(44, '-').c_str(), std::string(12, '-').c_str(),
-                std::string(12, '-').c_str(), std::string(6, '-').c_str());
-    benchFiles(path);
-
-    SubjectStore store(path);
-    BareEngine engine(barePath);
-    benchSelections(store, engine, cards);
-    RecordSet set = store.openRecordSet(cardsInOrder(cardQuery(std::array{1})));
-    const std::vector<int> keys =
-        keysOf(BareStatement(engine, "SELECT rowid FROM FlashCards WHERE NIndex = 1 ORDER BY \"Index\" ASC"));
-    benchReading(set, engine, keys, cards);
-    benchWriting(store, set, engine, keys, cards);
-    benchAdding(store, set, engine);
-    std::printf("\n");
+    PairTable work("store, growth of work over all cards", "exponent");
+    growth.work.addRows(work);
+    PairTable steady("store, growth of what should not grow", "exponent");
+    growth.steady.addRows(steady);
+    PairTable waiting("store, growth of what waits for the disk", "exponent");
+    growth.waiting.addRows(waiting);
+    return work.everyBoundHolds() && steady.everyBoundHolds() && waiting.everyBoundHolds();
 }
 
 } // namespace
@@ -286,16 +113,23 @@ int main(int argc, char **argv)
 {
     std::vector<int> sizes;
     for (int argument = 1; argument < argc; ++argument) {
-        sizes.push_back(std::max(autoCommits, std::atoi(argv[argument])));
+        sizes.push_back(std::max(fewestCards, std::atoi(argv[argument])));
     }
     if (sizes.empty()) {
-        sizes = {1'000, 10'000, 100'000};
+        sizes = {1'000, 10'000, 100'000, 1'000'000};
     }
 
     std::string folder = (fs::temp_directory_path() / "bench-store-XXXXXX").string();
     require(::mkdtemp(folder.data()) != nullptr, "cannot make a folder");
+    bool everyBoundHolds = benchCreation(folder);
+    StoreGrowth growth;
     for (const int cards : sizes) {
-        bench(folder, cards);
+        const fs::path path = fs::path(folder) / "Subject.crl";
+        const fs::path barePath = fs::path(folder) / "Bare.crl";
+        makeTwins(path, barePath, cards);
+        everyBoundHolds = benchSize(growth, path, barePath, cards) && everyBoundHolds;
     }
+    everyBoundHolds = tell(growth) && everyBoundHolds;
     fs::remove_all(folder);
+    return everyBoundHolds ? 0 : 1;
 }

@@ -49,10 +49,9 @@ private:
     sqlite3 *m_engine = nullptr;
 };
 
-/// Opens the file at \p path and asks what the store asks before it takes a file for a subject.
-inline void openBare(const std::filesystem::path &path)
+/// Asks what the store asks before it takes a file for a subject.
+inline void askWhetherSubject(BareEngine &engine)
 {
-    BareEngine engine(path);
     engine.run("BEGIN; PRAGMA application_id; PRAGMA user_version; PRAGMA page_count; PRAGMA page_size;");
     BareStatement columns(engine, "SELECT c.name, c.type, c.pk FROM sqlite_schema AS t, pragma_table_info(t.name) AS c "
                                   "WHERE t.type = 'table' AND t.name = ? COLLATE NOCASE ORDER BY c.cid");
@@ -66,6 +65,13 @@ inline void openBare(const std::filesystem::path &path)
     engine.run("PRAGMA journal_mode; COMMIT; PRAGMA synchronous = FULL");
 }
 
+/// Opens the file at \p path, asks that and closes it.
+inline void openBare(const std::filesystem::path &path)
+{
+    BareEngine engine(path);
+    askWhetherSubject(engine);
+}
+
 /// The first column of every row.
 inline std::vector<int> keysOf(sqlite3_stmt *select)
 {
@@ -75,6 +81,17 @@ inline std::vector<int> keysOf(sqlite3_stmt *select)
     }
     sqlite3_reset(select);
     return keys;
+}
+
+/// Steps through all rows, and nothing else.
+inline int countRows(sqlite3_stmt *select)
+{
+    int rows = 0;
+    while (sqlite3_step(select) == SQLITE_ROW) {
+        ++rows;
+    }
+    sqlite3_reset(select);
+    return rows;
 }
 
 /// Milliseconds to open the file at \p path and to read the \p count keys that \p select names.

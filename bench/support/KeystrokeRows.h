@@ -10,10 +10,10 @@
 inline constexpr double millisecondsOfKeystroke = 16;
 
 /// The median and the 99th percentile of what a key does, in milliseconds; both are bound.
-inline void addKeystrokeRows(PairTable &table, const std::string &thing, const PairOfTimes &times)
+inline void addKeystrokeRows(PairTable &table, const Pair &pair, const PairOfTimes &times)
 {
     for (const auto &[name, share] : {std::pair{"", 0.5}, {", 99th percentile", 0.99}}) {
-        const double ours = quantile(times.ours, share);
-        table.row(thing + name, ours, quantile(times.floor, share), ours < millisecondsOfKeystroke);
+        table.row({pair.thing + name, pair.floor}, quantile(times.ours, share), quantile(times.floor, share),
+                  atMost(millisecondsOfKeystroke));
     }
 }

@@ -51,11 +51,12 @@ struct PairOfTimes
     std::vector<double> floor;
 };
 
-/// Lets two sides measure themselves in turn, after one round for nothing.
-inline PairOfTimes inTurn(int rounds, const std::function<double()> &ours, const std::function<double()> &floor)
+/// Lets two sides measure themselves in turn, after \p warmUps rounds for nothing.
+inline PairOfTimes inTurn(int rounds, const std::function<double()> &ours, const std::function<double()> &floor,
+                          int warmUps = 1)
 {
     PairOfTimes times;
-    for (int round = -1; round < rounds; ++round) {
+    for (int round = -warmUps; round < rounds; ++round) {
         const bool oursFirst = round % 2 == 0;
         const double first = oursFirst ? ours() : floor();
         const double second = oursFirst ? floor() : ours();

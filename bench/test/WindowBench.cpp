@@ -1,15 +1,16 @@
 #include "bench/test/WindowBench.h"
 
 #include "app/Module1.h"
+#include "bench/support/BareTest.h"
 #include "bench/support/KeystrokeRows.h"
 #include "bench/support/Measure.h"
 #include "bench/support/PaintWatch.h"
 #include "bench/support/PairTable.h"
 #include "bench/support/SampleCards.h"
-#include "bench/test/BareTest.h"
 #include "forms/frmTest/frmTest.h"
 #include "platform/NotebookPage.h"
 #include "platform/RichTextBox.h"
+#include "platform/SelectAnswer.h"
 #include "store/Statements.h"
 
 #include <QApplication>
@@ -19,9 +20,12 @@
 #include <QTextEdit>
 #include <QTimer>
 
+#include <algorithm>
 #include <array>
+#include <chrono>
 #include <list>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -30,9 +34,11 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr double millisecondsOfOpening = 500;
+constexpr double millisecondsOfGrading = 100; // beside what the disk takes
 
 constexpr int questions = 50;
 constexpr int openings = 21;
+constexpr int gradings = 15;
 constexpr int tests = 7; // of which each question but the first is timed
 
 constexpr QSize windowSize(900, 620);
@@ -94,13 +100,24 @@ std::unique_ptr<frmTest> makeWindow(Module1 &module)
     return window;
 }
 
+/// Answers the next message box with \p title as soon as it is there, and calls \p first before.
+void answerNext(
+    QWidget &window, const QString &title, QMessageBox::StandardButton button, const Action &first = [] {})
+{
+    QTimer::singleShot(0, &window, [=, &window] {
+        auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
+        if (box == nullptr || box->windowTitle() != title) {
+            answerNext(window, title, button, first); // one before it is still closing
+            return;
+        }
+        first();
+        box->button(button)->click();
+    });
+}
+
 void closeUngraded(frmTest &window)
 {
-    QTimer::singleShot(0, &window, [] {
-        auto *question = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
-        require(question != nullptr, "closing does not ask");
-        question->button(QMessageBox::No)->click();
-    });
+    answerNext(window, QStringLiteral("Grade Test"), QMessageBox::No);
     require(window.close(), "the window does not close");
 }
 
@@ -223,11 +240,11 @@ double millisecondsToOpen(Module1 &module)
     return time / 1000;
 }
 
-double millisecondsOfFloor(const fs::path &path, const DrawnTest &drawn)
+double millisecondsOfFloor(const fs::path &path, int cards, unsigned seed)
 {
     std::unique_ptr<NotebookPage> page;
     return microseconds([&] {
-               BareTest(path).generate(drawn, WritingOrder::ByKey);
+               BareTest(path).generate(drawTest(cards, seed));
                page = std::make_unique<NotebookPage>(PageRuling{});
                page->resize(windowSize);
                const PaintWatch watch(*page);
@@ -245,9 +262,8 @@ void benchOpening(PairTable &table, Module1 &module, const fs::path &path)
     unsigned seed = 1; // another one each time: the engine writes nothing where a row stays as it is
     const PairOfTimes times = inTurn(
         openings, [&] { return millisecondsToOpen(module); },
-        [&] { return millisecondsOfFloor(barePath, drawTest(cards, seed++)); });
-    table.row("open a test of 10,000 cards | updates and a page", median(times.ours), median(times.floor),
-              median(times.ours) <= millisecondsOfOpening);
+        [&] { return millisecondsOfFloor(barePath, cards, seed++); });
+    table.row({"open a test of 10,000 cards", "updates and a page"}, times, atMost(millisecondsOfOpening));
 }
 
 void benchNextQuestion(PairTable &table, Module1 &module, const fs::path &path)
@@ -262,7 +278,65 @@ void benchNextQuestion(PairTable &table, Module1 &module, const fs::path &path)
             times.floor.push_back(bare.timeTexts(keyed));
         }
     }
-    addKeystrokeRows(table, "next question | bare boxes", times);
+    addKeystrokeRows(table, {"next question", "bare boxes"}, times);
+}
+
+/// The engine writes nothing where a card is marked already.
+void unmark(const fs::path &path)
+{
+    BareEngine(path).run("UPDATE FlashCards SET Marked = 0 WHERE Marked <> 0");
+}
+
+void requireGraded(const frmTest &window)
+{
+    const auto selectors = window.findChildren<SelectAnswer *>();
+    require(selectors.size() == questions, "selectors are missing");
+    for (const SelectAnswer *selector : selectors) {
+        require(selector->isGraded(), "the test is not graded");
+    }
+}
+
+/// Milliseconds to grade a test without answers, from the answer that it is to be graded to
+/// the painted first question. The message with the result is confirmed as soon as it shows.
+double millisecondsToGrade(Module1 &module)
+{
+    const std::unique_ptr<frmTest> window = makeWindow(module);
+    window->show();
+    require(QTest::qWaitForWindowActive(window.get()), "the window does not come to the front");
+    std::optional<PaintWatch> watch;
+    std::chrono::steady_clock::time_point answered;
+    answerNext(*window, QStringLiteral("Grade Test"), QMessageBox::Yes, [&] {
+        answerNext(*window, QStringLiteral("Test Results"), QMessageBox::Ok,
+                   [&] { watch.emplace(*boxOf(*window, 0).viewport()); });
+        answered = std::chrono::steady_clock::now();
+    });
+    require(!window->close() && watch, "the test is not graded");
+    watch->waitForPaint();
+    const std::chrono::duration<double, std::milli> time = std::chrono::steady_clock::now() - answered;
+    requireGraded(*window);
+    require(window->close(), "the window does not close");
+    return time.count();
+}
+
+void benchGrading(PairTable &table, Module1 &module, const fs::path &path)
+{
+    const fs::path barePath = path.parent_path() / "Graded.crl";
+    fs::copy_file(path, barePath);
+    BareTest bare(barePath);
+    std::array<int, questions> keys{};
+    const std::vector<StoredCard> cards = storedCards(barePath);
+    std::ranges::transform(cards.begin(), cards.begin() + questions, keys.begin(), &StoredCard::key);
+    const PairOfTimes times = inTurn(
+        gradings,
+        [&] {
+            unmark(path);
+            return millisecondsToGrade(module);
+        },
+        [&] {
+            unmark(barePath);
+            return microseconds([&] { bare.mark(keys); }) / 1000;
+        });
+    table.row({"grade a test of 50 questions", "50 updates"}, times, moreThanFloor(millisecondsOfGrading));
 }
 
 } // namespace
@@ -278,4 +352,5 @@ void benchWindow(PairTable &table, const fs::path &path)
                     .cardQuery = cardQuery(std::array{1})};
     benchNextQuestion(table, module, path); // first: it leaves the window's size in the settings
     benchOpening(table, module, path);
+    benchGrading(table, module, path);
 }

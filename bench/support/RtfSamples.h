@@ -14,6 +14,9 @@
 /// One side of each of \p count cards: about 300 bytes, head included, no two alike.
 [[nodiscard]] std::vector<std::string> cardSides(int count);
 
+/// The paragraphs of \p count such cards in one text, below one head.
+[[nodiscard]] std::string cardsInOneText(int count);
+
 /// A way to make a reader keep or repeat more than the text is worth.
 struct HostileKind
 {

@@ -3,7 +3,6 @@
 #include "bench/support/BareEngine.h"
 #include "study/TestQuestion.h"
 
-#include <cstdint>
 #include <filesystem>
 #include <span>
 #include <vector>
@@ -21,20 +20,17 @@ struct DrawnTest
 /// Draws in the order in which the program draws.
 [[nodiscard]] DrawnTest drawTest(int cards, unsigned seed);
 
-/// The order in which the questions are written.
-enum class WritingOrder : std::uint8_t {
-    LastToFirst, ///< as they are drawn
-    ByKey,       ///< as the cards lie in the file
-};
-
 /// The writes of a test of all cards of topic 1 through the engine's C API, and nothing else.
 class BareTest
 {
 public:
     explicit BareTest(const std::filesystem::path &path);
 
-    /// In one transaction.
-    void generate(const DrawnTest &drawn, WritingOrder order);
+    /// In one transaction. The questions are written as the cards lie in the file: the quickest way.
+    void generate(const DrawnTest &drawn);
+
+    /// Reads the first \p count questions of the test that was made last, card by card.
+    [[nodiscard]] std::vector<TestQuestion> questions(int count);
 
     /// Marks the cards of \p keys, in one transaction.
     void mark(std::span<const int> keys);
@@ -44,8 +40,10 @@ private:
     BareStatement m_updateKey;
     BareStatement m_selectShuffled;
     BareStatement m_updateQuestion;
+    BareStatement m_selectQuestion;
     BareStatement m_updateMark;
-    std::vector<int> m_keys;
+    std::vector<int> m_keys;     ///< as the cards lie in the file
+    std::vector<int> m_shuffled; ///< in the order of the test
 };
 
 /// A card as the file holds it.

@@ -1,4 +1,4 @@
-#include "bench/test/BareTest.h"
+#include "bench/support/BareTest.h"
 
 #include "bench/support/SeededDraw.h"
 
@@ -26,14 +26,23 @@ void writeQuestion(sqlite3_stmt *update, const TestQuestion &question, int key)
     writeRow(update, 6, key);
 }
 
-/// The places of \p keys in the order in which they are written.
-std::vector<std::size_t> placesIn(WritingOrder order, const std::vector<int> &keys)
+/// The question that begins in \p column of the row.
+TestQuestion questionIn(sqlite3_stmt *row, int column)
+{
+    const auto number = [&](int field) { return sqlite3_column_int(row, column + field); };
+    return {.type = number(0) != 0 ? QuestionType::TrueOrFalse : QuestionType::MultipleChoice,
+            .asked = number(1) != 0 ? Side::Front : Side::Back,
+            .answer = number(2),
+            .wrong1 = number(3),
+            .wrong2 = number(4)};
+}
+
+/// The places of \p keys in the order of the keys.
+std::vector<std::size_t> placesByKey(const std::vector<int> &keys)
 {
     std::vector<std::size_t> places(keys.size());
-    std::iota(places.rbegin(), places.rend(), 0);
-    if (order == WritingOrder::ByKey) {
-        std::ranges::sort(places, {}, [&](std::size_t place) { return keys[place]; });
-    }
+    std::iota(places.begin(), places.end(), 0);
+    std::ranges::sort(places, {}, [&](std::size_t place) { return keys[place]; });
     return places;
 }
 
@@ -58,6 +67,7 @@ BareTest::BareTest(const std::filesystem::path &path)
     , m_selectShuffled(m_engine, "SELECT rowid FROM FlashCards WHERE NIndex = 1 ORDER BY Shuffle ASC")
     , m_updateQuestion(m_engine, "UPDATE FlashCards SET isTrueFalse = ?, isFront = ?, Answer = ?, Wrong1 = ?, "
                                  "Wrong2 = ? WHERE rowid = ?")
+    , m_selectQuestion(m_engine, "SELECT isTrueFalse, isFront, Answer, Wrong1, Wrong2 FROM FlashCards WHERE rowid = ?")
     , m_updateMark(m_engine, "UPDATE FlashCards SET Marked = 1 WHERE rowid = ?")
 {
     m_engine.run("PRAGMA journal_mode = DELETE; PRAGMA synchronous = FULL");
@@ -65,18 +75,30 @@ BareTest::BareTest(const std::filesystem::path &path)
     m_keys = keysOf(select);
 }
 
-void BareTest::generate(const DrawnTest &drawn, WritingOrder order)
+void BareTest::generate(const DrawnTest &drawn)
 {
     m_engine.run("BEGIN IMMEDIATE");
     for (std::size_t card = m_keys.size(); card-- > 0;) {
         sqlite3_bind_double(m_updateKey, 1, static_cast<double>(drawn.sortKeys[card]));
         writeRow(m_updateKey, 2, m_keys[card]);
     }
-    const std::vector<int> keys = keysOf(m_selectShuffled);
-    for (const std::size_t place : placesIn(order, keys)) {
-        writeQuestion(m_updateQuestion, drawn.questions[place], keys[place]);
+    m_shuffled = keysOf(m_selectShuffled);
+    for (const std::size_t place : placesByKey(m_shuffled)) {
+        writeQuestion(m_updateQuestion, drawn.questions[place], m_shuffled[place]);
     }
     m_engine.run("COMMIT");
+}
+
+std::vector<TestQuestion> BareTest::questions(int count)
+{
+    std::vector<TestQuestion> questions;
+    for (int question = 0; question < count; ++question) {
+        sqlite3_bind_int(m_selectQuestion, 1, m_shuffled.at(static_cast<std::size_t>(question)));
+        require(sqlite3_step(m_selectQuestion) == SQLITE_ROW, "a card is missing");
+        questions.push_back(questionIn(m_selectQuestion, 0));
+        sqlite3_reset(m_selectQuestion);
+    }
+    return questions;
 }
 
 void BareTest::mark(std::span<const int> keys)
@@ -93,17 +115,12 @@ std::vector<StoredCard> storedCards(const std::filesystem::path &path)
     BareEngine engine(path);
     BareStatement select(engine, "SELECT rowid, Marked, Shuffle, isTrueFalse, isFront, Answer, Wrong1, Wrong2 "
                                  "FROM FlashCards WHERE NIndex = 1 ORDER BY Shuffle ASC");
-    const auto number = [&](int column) { return sqlite3_column_int(select, column); };
     std::vector<StoredCard> cards;
     while (sqlite3_step(select) == SQLITE_ROW) {
-        cards.push_back({.key = number(0),
-                         .isMarked = number(1) != 0,
+        cards.push_back({.key = sqlite3_column_int(select, 0),
+                         .isMarked = sqlite3_column_int(select, 1) != 0,
                          .sortKey = static_cast<float>(sqlite3_column_double(select, 2)),
-                         .question = {.type = number(3) != 0 ? QuestionType::TrueOrFalse : QuestionType::MultipleChoice,
-                                      .asked = number(4) != 0 ? Side::Front : Side::Back,
-                                      .answer = number(5),
-                                      .wrong1 = number(6),
-                                      .wrong2 = number(7)}});
+                         .question = questionIn(select, 3)});
     }
     return cards;
 }

@@ -1,4 +1,4 @@
-#include "bench/rtf/RtfSamples.h"
+#include "bench/support/RtfSamples.h"
 
 #include <array>
 #include <random>
@@ -161,6 +161,22 @@ private:
     int m_itemsLeft = 0; ///< of a list
 };
 
+std::string cardBody(int card, Dice &dice)
+{
+    std::string text = "Card " + number(card) + ": ";
+    for (int left = 3; left > 0; --left) {
+        const bool bold = dice.oneIn(2);
+        text += bold ? "\\b " : "\\cf1 ";
+        for (int more = 5; more > 0; --more) {
+            text += words[static_cast<std::size_t>(dice.below(static_cast<int>(words.size())))];
+            text += ' ';
+        }
+        text += bold ? "\\b0 " : "\\cf0 ";
+        text += dice.oneIn(3) ? "\\par\r\n" : "";
+    }
+    return text + "\\par\r\n";
+}
+
 std::string repeated(std::string_view head, std::string_view unit, std::string_view tail, std::size_t bytes)
 {
     std::string text(head);
@@ -252,23 +268,22 @@ std::vector<std::string> cardSides(int count)
     std::vector<std::string> sides;
     sides.reserve(static_cast<std::size_t>(count));
     for (int card = 0; card < count; ++card) {
-        std::string text = "{\\rtf1\\ansi\\ansicpg1252\\deff0\\deflang1033{\\fonttbl{\\f0\\fnil\\fcharset0 Face " +
-                           number(dice.below(fonts)) +
-                           ";}}\r\n{\\colortbl ;\\red255\\green0\\blue0;}\r\n\\viewkind4\\uc1\\pard\\f0\\fs20 Card " +
-                           number(card) + ": ";
-        for (int left = 3; left > 0; --left) {
-            const bool bold = dice.oneIn(2);
-            text += bold ? "\\b " : "\\cf1 ";
-            for (int more = 5; more > 0; --more) {
-                text += words[static_cast<std::size_t>(dice.below(static_cast<int>(words.size())))];
-                text += ' ';
-            }
-            text += bold ? "\\b0 " : "\\cf0 ";
-            text += dice.oneIn(3) ? "\\par\r\n" : "";
-        }
-        sides.push_back(text + "\\par\r\n}\r\n");
+        const std::string font = number(dice.below(fonts));
+        sides.push_back("{\\rtf1\\ansi\\ansicpg1252\\deff0\\deflang1033{\\fonttbl{\\f0\\fnil\\fcharset0 Face " + font +
+                        ";}}\r\n{\\colortbl ;\\red255\\green0\\blue0;}\r\n\\viewkind4\\uc1\\pard\\f0\\fs20 " +
+                        cardBody(card, dice) + "}\r\n");
     }
     return sides;
+}
+
+std::string cardsInOneText(int count)
+{
+    Dice dice(2);
+    std::string text = head();
+    for (int card = 0; card < count; ++card) {
+        text += cardBody(card, dice);
+    }
+    return text += "}\r\n";
 }
 
 std::span<const HostileKind> hostileKinds()
