@@ -1,9 +1,13 @@
 #include "platform/ImageButton.h"
 
+#include <QDir>
+#include <QFileInfo>
 #include <QImage>
 #include <QKeyEvent>
 #include <QLineEdit>
+#include <QPainter>
 #include <QSignalSpy>
+#include <QSvgRenderer>
 #include <QTest>
 #include <QVBoxLayout>
 
@@ -249,6 +253,25 @@ TEST_F(ImageButtonTest, ItsSizeFollowsThePictures)
     const QSize normal = m_button->sizeHint();
     m_button->setPictureSize(48);
     EXPECT_EQ(m_button->sizeHint(), normal + QSize(16, 16));
+}
+
+TEST(ImageButtonPictures, ThatTheBuildMadeAreTheDrawings)
+{
+    const QStringList drawings = QDir(QStringLiteral(":/icons")).entryList({QStringLiteral("*.svg")});
+    ASSERT_GT(drawings.size(), 40);
+    for (const QString &drawing : drawings) {
+        for (const int side : {32, 64}) {
+            QSvgRenderer renderer(QStringLiteral(":/icons/") + drawing);
+            QImage drawn(side, side, QImage::Format_ARGB32_Premultiplied);
+            drawn.fill(Qt::transparent);
+            QPainter painter(&drawn);
+            renderer.render(&painter);
+            painter.end();
+            const QString name = QFileInfo(drawing).completeBaseName();
+            const QImage made(QStringLiteral(":/pictures/%1/%2.png").arg(side).arg(name));
+            EXPECT_EQ(made.convertToFormat(QImage::Format_ARGB32_Premultiplied), drawn) << qPrintable(name) << side;
+        }
+    }
 }
 
 } // namespace

@@ -170,6 +170,16 @@ TEST_F(TabStripTest, ATabIsAsWideAsItsCaption)
     EXPECT_GE(m_strip->tabRect(1).width(), QFontMetrics(m_strip->font()).horizontalAdvance(m_strip->keyedCaption(1)));
 }
 
+TEST_F(TabStripTest, ATabGrowsWithTheLetters)
+{
+    const QSize before = m_strip->tabRect(1).size();
+    QFont larger = m_strip->font();
+    larger.setPointSizeF(2 * larger.pointSizeF());
+    m_strip->setFont(larger);
+    EXPECT_GT(m_strip->tabRect(1).width(), before.width());
+    EXPECT_GT(m_strip->tabRect(1).height(), before.height());
+}
+
 TEST_F(TabStripTest, WithManyTabsAllCanBeReachedByTheScrollButtons)
 {
     for (int topic = 100; topic < 130; ++topic) {
