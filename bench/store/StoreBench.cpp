@@ -7,15 +7,14 @@
 #include "bench/store/StorePairs.h"
 #include "bench/store/TopicBench.h"
 #include "bench/support/BareEngine.h"
+#include "bench/support/CopyToDisk.h"
 #include "bench/support/LargeSubject.h"
 #include "store/SubjectStore.h"
 
 #include <algorithm>
 #include <cstdlib>
-#include <fcntl.h>
 #include <filesystem>
 #include <string>
-#include <unistd.h>
 #include <vector>
 
 namespace fs = std::filesystem;
@@ -62,14 +61,6 @@ bool benchCreation(const fs::path &folder)
     return table.everyBoundHolds();
 }
 
-/// What of a new file is still on its way to the disk would disturb the first rows.
-void waitForDisk(const fs::path &path)
-{
-    const int file = ::open(path.c_str(), O_RDONLY);
-    require(file >= 0 && ::fsync(file) == 0, "cannot write a file");
-    ::close(file);
-}
-
 /// Makes the same subject twice: neither side spoils the engine's page cache for the other. Both are copies,
 /// because the system reads a file that was written in one go faster than one that grew page by page.
 void makeTwins(const fs::path &path, const fs::path &barePath, int cards)
@@ -78,8 +69,7 @@ void makeTwins(const fs::path &path, const fs::path &barePath, int cards)
     makeLargeSubject(grown, cards);
     addTopics(grown);
     for (const fs::path &twin : {path, barePath}) {
-        fs::copy_file(grown, twin, fs::copy_options::overwrite_existing);
-        waitForDisk(twin);
+        copyToDisk(grown, twin);
     }
     fs::remove(grown);
 }

@@ -84,15 +84,16 @@ private:
     static constexpr double shortestSample = 5'000; // microseconds
     static constexpr double timeForSide = 300'000;
     static constexpr double timeForWaitingSide = 1'000'000;
-    /// A second: too long for turns enough that a disturbance meets both sides alike, so that nothing is
-    /// promised. It needs no round for nothing either.
+    /// A second: too long for turns enough that a disturbance meets both sides alike. Beyond the bound sizes
+    /// nothing is promised of it. It needs no round for nothing either.
     static constexpr double longWork = 1'000'000;
     static constexpr int mostRepeats = 100;
     static constexpr int mostRounds = 51;
 
     Medians row(const Pair &pair, int pieces, const Medians &medians, const Bound &bound)
     {
-        m_table.row(pair, medians.ours / pieces, medians.floor / pieces, medians.floor < longWork ? bound : Bound{});
+        const bool isBound = m_cards <= largestBoundSize || medians.floor < longWork;
+        m_table.row(pair, medians.ours / pieces, medians.floor / pieces, isBound ? bound : Bound{});
         return medians;
     }
 

@@ -23,8 +23,7 @@ struct SizedSubject
 
     [[nodiscard]] StudySettings settings() const { return {.cardQuery = cardQuery(std::array{1})}; }
 
-    /// A copy beside it, in place of one that is there. It is on the disk: what of it is
-    /// still on its way there would delay the first commit.
+    /// A copy beside it, made by copyToDisk().
     [[nodiscard]] std::filesystem::path copyOf(const char *fileName) const;
 };
 

@@ -9,12 +9,11 @@
 #include "bench/study/SizedSubject.h"
 #include "bench/study/TestSessionBench.h"
 #include "bench/support/BareEngine.h"
+#include "bench/support/CopyToDisk.h"
 #include "bench/support/FreshHome.h"
 #include "bench/support/LargeSubject.h"
 
-#include <fcntl.h>
 #include <span>
-#include <unistd.h>
 #include <vector>
 
 namespace fs = std::filesystem;
@@ -65,10 +64,7 @@ void run(std::span<const Bench> benches, SizedRows rows, const std::vector<Sized
 fs::path SizedSubject::copyOf(const char *fileName) const
 {
     const fs::path copy = path.parent_path() / fileName;
-    fs::copy_file(path, copy, fs::copy_options::overwrite_existing);
-    const int file = ::open(copy.c_str(), O_RDONLY);
-    require(file >= 0 && ::fsync(file) == 0, "cannot write a copy");
-    ::close(file);
+    copyToDisk(path, copy);
     return copy;
 }
 

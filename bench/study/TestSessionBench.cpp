@@ -2,6 +2,7 @@
 
 #include "bench/study/SizedSubject.h"
 #include "bench/support/BareTest.h"
+#include "bench/support/CopyToDisk.h"
 #include "bench/support/SeededDraw.h"
 #include "study/TestSession.h"
 
@@ -204,7 +205,7 @@ void benchQuestions(SizedRows &rows, const SizedSubject &subject)
     const fs::path path = subject.copyOf("Test.crl");
     TestSession session(path, settingsOf(subject), seededDraw(1));
     const fs::path barePath = path.parent_path() / "TestBare.crl";
-    fs::copy_file(path, barePath, fs::copy_options::overwrite_existing);
+    copyToDisk(path, barePath);
     benchComposing(rows, subject, session, barePath, storedCards(barePath));
     benchGrading(rows, subject, session, path, barePath);
 }

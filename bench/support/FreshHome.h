@@ -16,6 +16,7 @@ public:
     {
         require(m_folder.isValid(), "cannot make a folder");
         qputenv("XDG_CONFIG_HOME", m_folder.path().toUtf8());
+        qputenv("XDG_RUNTIME_DIR", m_folder.path().toUtf8()); // without one Qt complains
         if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
             qputenv("QT_QPA_PLATFORM", "offscreen");
         }
